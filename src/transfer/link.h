@@ -1,0 +1,33 @@
+#pragma once
+// Everything an operation on the link works with, handed in one piece.
+
+#include "cm_dialog.h"
+#include "globals.h"
+#include "link_timer.h"
+#include "screen.h"
+
+class Comm;
+
+// DoEvents: lets the event queue run (the timer's tick, painting, the operator's input).
+class Yield {
+public:
+    virtual ~Yield() = default;
+    virtual void DoEvents() = 0;
+};
+
+// Counts the tools of a program before it is sent.
+class ToolListHook {
+public:
+    virtual ~ToolListHook() = default;
+    virtual void UpdateToolList(const QString &file) = 0;
+};
+
+struct Link {
+    Globals &g;
+    Comm &comm;
+    LinkTimer &timer;
+    Yield &yield;
+    Screen &screen;
+    CmDialog &dialog;
+    ToolListHook *toolList = nullptr; // set where a tool database is in use
+};

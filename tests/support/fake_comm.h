@@ -1,0 +1,51 @@
+#pragma once
+// A scripted port: the test decides what the far end has sent before each read, so chunk
+// boundaries are exact, and every write is recorded.
+
+#include "comm.h"
+
+#include <QList>
+#include <functional>
+#include <optional>
+
+class FakeComm : public Comm {
+public:
+    // What the far end has sent and the program has not read yet.
+    QByteArray inbox;
+    // Every Output call, in order, and all bytes joined.
+    QList<QByteArray> writes;
+    QByteArray written() const;
+
+    int port = 0;
+    QString settings;
+    bool dtr = false;
+    bool open = false;
+    int opens = 0;
+    int closes = 0;
+
+    // Bytes that stay "in the queue" after a write: outBufferCount reports them and
+    // lets drainPerPoll of them leave at each call.
+    int stallOutput = 0;
+    int drainPerPoll = 1 << 30;
+    int queued = 0;
+
+    // The far end reacts to a write (e.g. answers a line).
+    std::function<void(const QByteArray &)> onOutput;
+
+    // Faults: opening fails, or the device fails from now on (each member throws).
+    std::optional<CommError> openError;
+    std::optional<CommError> deviceError;
+
+    void setCommPort(int p) override { port = p; }
+    void setSettings(const QString &s) override { settings = s; }
+    void setDTREnable(bool on) override { dtr = on; }
+    bool portOpen() const override { return open; }
+    void setPortOpen(bool o) override;
+    void output(const QByteArray &bytes) override;
+    int outBufferCount() override;
+    int inBufferCount() override;
+    QByteArray input() override;
+
+private:
+    void check() const;
+};

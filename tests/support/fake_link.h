@@ -1,0 +1,96 @@
+#pragma once
+// The fake clock, the scripted yield and the recording screen, and a Link built of them.
+
+#include "fake_comm.h"
+#include "link.h"
+
+#include <QStringList>
+#include <deque>
+#include <functional>
+
+// The tick happens only when the test says so.
+class FakeTimer : public LinkTimer {
+public:
+    explicit FakeTimer(Globals &g) : m_g(g) {}
+    int ms = 10000;
+    bool on = false;
+    int starts = 0; // stopped -> running transitions
+    void setInterval(int v) override { ms = v; }
+    int interval() const override { return ms; }
+    void setEnabled(bool e) override;
+    bool enabled() const override { return on; }
+    // A tick, as the real timer would give it after its interval; only while running.
+    void fire();
+
+private:
+    Globals &m_g;
+};
+
+// Each DoEvents runs the next step of the script; once the script is spent it runs `idle`.
+// A wait that never ends would spin forever: after `limit` idle passes it throws.
+class ScriptedYield : public Yield {
+public:
+    std::deque<std::function<void()>> steps;
+    std::function<void()> idle;
+    long passes = 0;
+    long idlePasses = 0;
+    long limit = 1000000;
+    ScriptedYield &then(std::function<void()> step);
+    void DoEvents() override;
+};
+
+class RecordingScreen : public Screen {
+public:
+    struct Box {
+        QString text;
+        BoxIcon icon;
+        QString title;
+    };
+    QStringList captions;
+    bool label1Visible = false;
+    QString text1;
+    bool text1Visible = false;
+    bool list1Visible = false;
+    QStringList list1;
+    int listIndex = -1;
+    int pointer = 0;
+    QList<int> pointers;
+    QList<Box> boxes;
+    std::deque<QString> inputAnswers;
+    std::deque<QString> openAnswers;
+    std::deque<QString> saveAnswers;
+    QList<FileDialogRequest> openRequests;
+    QList<FileDialogRequest> saveRequests;
+    QStringList inputPrompts;
+    int repaints = 0;
+
+    void setLabel1Caption(const QString &t) override { captions << t; }
+    void setLabel1Visible(bool on) override { label1Visible = on; }
+    void setText1Text(const QString &t) override { text1 = t; }
+    void setText1Visible(bool on) override { text1Visible = on; }
+    void setList1Visible(bool on) override { list1Visible = on; }
+    void list1Clear() override;
+    void list1AddItem(const QString &item) override { list1 << item; }
+    void list1Refresh() override {}
+    int list1Count() const override { return int(list1.size()); }
+    int list1ListIndex() const override { return listIndex; }
+    QString list1List(int i) const override { return list1.value(i); }
+    void repaint() override { ++repaints; }
+    void setMousePointer(int p) override;
+    void msgBox(const QString &text, BoxIcon icon, const QString &title) override;
+    QString inputBox(const QString &prompt, const QString &title, const QString &def) override;
+    QString showOpen(const FileDialogRequest &r) override;
+    QString showSave(const FileDialogRequest &r) override;
+};
+
+// A Link over fakes, with a fresh Globals: PromptSeq and CR set as start-up sets them.
+struct FakeLink {
+    Globals g;
+    FakeComm comm;
+    FakeTimer timer{g};
+    ScriptedYield yield;
+    RecordingScreen screen;
+    CmDialog dialog;
+    Link link{g, comm, timer, yield, screen, dialog};
+    FakeLink();
+};
