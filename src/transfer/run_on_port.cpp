@@ -1,0 +1,20 @@
+#include "comm.h"
+#include "transfer.h"
+
+void RunOnPort(Link &l, const std::function<void()> &operation)
+{
+    try {
+        operation();
+    } catch (const CommError &e) {
+        l.timer.setEnabled(false);
+        try {
+            l.comm.setPortOpen(false);
+        } catch (const CommError &) {
+            // The port is already gone; closed is all we need.
+        }
+        l.screen.setLabel1Visible(false);
+        l.screen.setMousePointer(0);
+        l.screen.msgBox(QStringLiteral("%1: %2").arg(e.device, e.reason), BoxIcon::Critical,
+                        QString());
+    }
+}

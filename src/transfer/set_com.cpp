@@ -1,0 +1,16 @@
+#include "comm.h"
+#include "transfer.h"
+
+void SetCom(Link &l)
+{
+    const QString &s = l.g.ComSettings;
+    const int colon = int(s.indexOf(QLatin1Char(':')));
+    // Only the one character before the colon names the port.
+    const int port = colon > 0 ? s.at(colon - 1).digitValue() : -1;
+    if (port < 1)
+        throw CommError{s.isEmpty() ? QStringLiteral("The port") : s,
+                        QStringLiteral("no serial port is set up (expected COM1: to COM4:). "
+                                       "Choose one with Setup.")};
+    l.comm.setCommPort(port);
+    l.comm.setSettings(s.mid(colon + 1));
+}
