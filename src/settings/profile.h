@@ -1,0 +1,17 @@
+#pragma once
+// The private profile file dnc.ini: sections and keys match without regard to case, a write
+// replaces the value in place and keeps every other line, a value read is cut to 254
+// characters, and a write goes through a temporary file renamed over the old one.
+
+#include "globals.h"
+
+#include <QString>
+
+// $XDG_CONFIG_HOME/dnc.ini, or ~/.config/dnc.ini when it is unset.
+QString DefaultIniPath();
+
+// The value, or the empty string. Reads g.IniPath.
+QString GetProfile(const Globals &g, const QString &section, const QString &key);
+// Writes at once; creates section and file as needed. A failed write leaves the old file.
+void PutProfile(const Globals &g, const QString &section, const QString &key,
+                const QString &value);
