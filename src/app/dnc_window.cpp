@@ -1,0 +1,175 @@
+#include "dnc_window.h"
+
+#include "app_info.h"
+#include "command_line.h"
+#include "directory.h"
+#include "profile.h"
+#include "settings.h"
+#include "setup_dialog.h"
+#include "text_table.h"
+#include "transfer.h"
+#include "window_screen.h"
+
+#include <QCloseEvent>
+#include <QLabel>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+
+DncWindow::DncWindow(Globals &g, Comm &comm, LinkTimer &timer, Yield &yield,
+                     const QString &commandLine, QWidget *parent)
+    : QWidget(parent), m_g(g), m_timer(timer), m_comm(comm), m_yield(yield)
+{
+    createControls();
+    m_screen = std::make_unique<WindowScreen>(this, Label1, Text1, List1);
+    m_link = std::make_unique<Link>(Link{m_g, m_comm, m_timer, m_yield, *m_screen, m_dialog});
+    Form_Load(commandLine);
+}
+
+DncWindow::~DncWindow() = default;
+
+Screen &DncWindow::screen()
+{
+    return *m_screen;
+}
+
+void DncWindow::Form_Load(const QString &commandLine)
+{
+    m_g.ToolDbEnabled = false;
+    GetParameter(m_g, commandLine);
+    InitTexts(m_g);
+    InitChoices(m_g);
+    ReadSettings(m_g);
+    switch (m_g.CncType) {
+    case 1:
+        m_timer.setInterval(5000);
+        break;
+    case 2:
+        m_timer.setInterval(2000);
+        break;
+    case 3:
+        m_timer.setInterval(50000);
+        break;
+    default:
+        break; // the timer keeps the interval it was made with
+    }
+    openToolDatabase();
+    Enable_cmd();
+    Command2->setText(m_g.Text(5));
+    for (int i = 0; i < 8; ++i)
+        Command1[i]->setText(m_g.Text(31 + i));
+    m_g.PromptSeq = QByteArray("\x10\x37", 2);
+    m_g.CR = QByteArray("\r", 1);
+    setCaption();
+}
+
+void DncWindow::openToolDatabase()
+{
+}
+
+void DncWindow::setCaption()
+{
+    setWindowTitle(m_g.Text(20) + m_g.ComSettings);
+}
+
+void DncWindow::Enable_cmd()
+{
+    int last = 2;
+    if (m_g.CncType == 1)
+        last = 5;
+    else if (m_g.CncType == 2)
+        last = 3;
+    for (int i = 0; i <= last; ++i)
+        Command1[i]->setEnabled(true);
+    if (m_g.CncType == 2)
+        Command1[6]->setEnabled(true);
+    Command2->setEnabled(true);
+    if (m_g.ToolDbEnabled && DBGrid1) {
+        DBGrid1->show();
+    }
+}
+
+void DncWindow::Command1_Click(int index)
+{
+    if (m_busy) {
+        // Help is the only button left enabled during an operation. It shows its box and
+        // leaves the running operation's frame alone; the box does not block, so the
+        // operation's waits go on while it is open.
+        if (index == 7) {
+            auto *box = new QMessageBox(QMessageBox::NoIcon, QString::fromLatin1(AppTitle),
+                                        HelpText(m_g.Language), QMessageBox::Ok, this);
+            box->setAttribute(Qt::WA_DeleteOnClose);
+            box->setModal(false);
+            box->show();
+        }
+        return;
+    }
+    m_busy = true;
+    for (int i = 0; i <= 6; ++i)
+        Command1[i]->setEnabled(false);
+    if (m_g.ToolDbEnabled && DBGrid1)
+        DBGrid1->hide();
+    Command2->setEnabled(false);
+    Text1->hide();
+    List1->hide();
+
+    switch (index) {
+    case 0:
+        runSetup();
+        break;
+    case 1:
+        SendFile(*m_link);
+        break;
+    case 2:
+        ReceiveFile(*m_link);
+        break;
+    case 3:
+        MapContext(*m_link);
+        break;
+    case 4:
+        ChangeContext(*m_link);
+        break;
+    case 5:
+        ChangeExecute(*m_link);
+        break;
+    case 6:
+        DeleteContext(*m_link);
+        break;
+    case 7:
+        DisplayHelp(m_g, *m_screen);
+        break;
+    default:
+        break;
+    }
+
+    Enable_cmd();
+    m_busy = false;
+    if (m_g.Closing)
+        close();
+}
+
+void DncWindow::runSetup()
+{
+    SetupDialog setup(m_g, this);
+    setup.exec();
+    ReadSettings(m_g);
+    setCaption();
+}
+
+void DncWindow::Command2_Click()
+{
+    close();
+}
+
+void DncWindow::closeEvent(QCloseEvent *event)
+{
+    if (m_busy) {
+        // The running operation needs the window until it has closed its port and file:
+        // ask it to end at its next pass, and close once its frame is over.
+        m_g.Closing = true;
+        event->ignore();
+        return;
+    }
+    event->accept();
+}

@@ -1,0 +1,60 @@
+#pragma once
+// The main window: the start-up, the controls, and the frame around every command.
+
+#include "cm_dialog.h"
+#include "globals.h"
+#include "link.h"
+
+#include <QWidget>
+#include <array>
+#include <memory>
+
+class Comm;
+class QLabel;
+class QListWidget;
+class QPlainTextEdit;
+class QPushButton;
+class WindowScreen;
+class QWidget;
+
+class DncWindow : public QWidget {
+    Q_OBJECT
+public:
+    // Runs the whole start-up; `commandLine` is the one string behind the program's name.
+    DncWindow(Globals &g, Comm &comm, LinkTimer &timer, Yield &yield,
+              const QString &commandLine, QWidget *parent = nullptr);
+    ~DncWindow() override;
+
+    std::array<QPushButton *, 8> Command1{};
+    QPushButton *Command2 = nullptr;
+    QPlainTextEdit *Text1 = nullptr;
+    QListWidget *List1 = nullptr;
+    QLabel *Label1 = nullptr;
+    QWidget *DBGrid1 = nullptr; // only with a tool database
+
+    void Command1_Click(int index);
+    void Command2_Click();
+    void Enable_cmd();
+
+    bool busy() const { return m_busy; }
+    Screen &screen();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void Form_Load(const QString &commandLine);
+    void createControls();
+    void openToolDatabase();
+    void setCaption();
+    void runSetup();
+
+    Globals &m_g;
+    LinkTimer &m_timer;
+    std::unique_ptr<WindowScreen> m_screen;
+    CmDialog m_dialog;
+    std::unique_ptr<Link> m_link;
+    Comm &m_comm;
+    Yield &m_yield;
+    bool m_busy = false;
+};
