@@ -1,0 +1,105 @@
+#!/usr/bin/env bash
+# Writes a few realistic NC programs, with tool lines in their heads, for the demo.
+# $1: the folder to send from; $2: the virtual control's own program store.
+set -euo pipefail
+out="$1"; ctl="$2"
+crlf() { sed 's/$/\r/'; }
+cr() { tr '\n' '\r'; }  # the control keeps its programs with CR line ends
+
+crlf > "$out/FLANGE.tap" <<'NC'
+(FLANGE 120 - OP10)
+/T1 FACEMILL 50
+/T4 DRILL 8.5
+/T7 TAP M10
+%
+O1001
+N10 G90 G54 G17 G40 G80
+N20 T1 M6
+N30 S1200 M3
+N40 G0 X-30. Y0 Z50.
+N50 G43 H1 Z2.
+N60 G1 Z0 F300
+N70 X150. F800
+N80 G0 Z50.
+N90 T4 M6
+N100 S1800 M3
+N110 G43 H4 Z50.
+N120 G81 X40. Y40. Z-22. R2. F180
+N130 X-40.
+N140 Y-40.
+N150 X40.
+N160 G80 G0 Z50.
+N170 T7 M6
+N180 S300 M3
+N190 G43 H7 Z50.
+N200 G84 X40. Y40. Z-18. R5. F450
+N210 X-40.
+N220 Y-40.
+N230 X40.
+N240 G80 G0 Z100.
+N250 M30
+NC
+
+crlf > "$out/SHAFT.tap" <<'NC'
+(SHAFT 40X180 - TURNING)
+/T2 ROUGHING CNMG 12
+/T3 FINISHING VNMG 16
+/T6 GROOVE 3MM
+%
+O2002
+N10 G21 G40 G99
+N20 T0202
+N30 G50 S2500
+N40 G96 S180 M3
+N50 G0 X42. Z2.
+N60 G71 U2. R0.5
+N70 G71 P80 Q130 U0.4 W0.1 F0.25
+N80 G0 X20.
+N90 G1 Z-30.
+N100 X30. Z-35.
+N110 Z-90.
+N120 X38.
+N130 Z-180.
+N140 G0 X100. Z100.
+N150 T0303
+N160 G70 P80 Q130 F0.08
+N170 G0 X100. Z100.
+N180 M30
+NC
+
+crlf > "$out/BRACKET.tap" <<'NC'
+(BRACKET - POCKET)
+/T12 ENDMILL 20
+/T15 CHAMFER 90
+%
+O3003
+N10 G90 G54
+N20 T12 M6
+N30 S3000 M3
+N40 G0 X10. Y10. Z5.
+N50 G1 Z-5. F200
+N60 X90. F600
+N70 Y50.
+N80 X10.
+N90 Y10.
+N100 G0 Z50.
+N110 T15 M6
+N120 S4000 M3
+N130 G0 X10. Y10. Z2.
+N140 G1 Z-1. F300
+N150 X90.
+N160 G0 Z50.
+N170 M30
+NC
+
+# The control holds a few programs of its own to list and to receive.
+tr -d '\n' < "$out/SHAFT.tap" > "$ctl/O2002"
+cr > "$ctl/O4711" <<'NC'
+%
+O4711 (PLATE)
+N10 G90 G54
+N20 T1 M6
+N30 G0 X0 Y0
+N40 M30
+%
+NC
