@@ -1,0 +1,123 @@
+#include "comm.h"
+#include "nc_line_reader.h"
+#include "transfer.h"
+
+#include <cmath>
+
+namespace {
+
+constexpr char EOT = 4;
+constexpr char XON = 17;
+
+// The prefix, then the share of the file sent as "##": rounded, no digit when it is 0.
+QString Caption(const QString &prefix, qint64 sent, qint64 total) {
+    const auto percent = std::llround(double(sent) / double(total) * 100.0);
+    return prefix + (percent == 0 ? QString() : QString::number(percent)) + QLatin1Char('%');
+}
+
+QByteArray PrepareLine(const Globals &g, NcLineReader &file) {
+    QByteArray line = file.readLine();
+    if (g.NoSpace != 0)
+        line = StripSpaces(line);
+    return line;
+}
+
+// Gives the port time to put out what is queued; the window's close ends it too.
+void Drain(Link &l) {
+    while (l.comm.outBufferCount() > 0 && !l.g.Closing)
+        l.yield.DoEvents();
+}
+
+// "303" and "504": every line, and the start, is answered with DLE "7".
+void SendAcknowledged(Link &l, NcLineReader &file, const QString &prefix) {
+    Globals &g = l.g;
+    const qint64 total = file.size();
+    qint64 sent = 0;
+    l.timer.setInterval(5000);
+    l.comm.output(QByteArray("R") + g.CR);
+    WaitForAnswer(l);
+    while (!file.atEnd() && !g.TimedOut) {
+        l.yield.DoEvents();
+        if (g.Closing)
+            break;
+        const QByteArray line = PrepareLine(g, file);
+        if (line.isEmpty())
+            break; // a blank line ends the program
+        l.comm.output(line + g.CR);
+        sent += line.size();
+        l.screen.setLabel1Caption(Caption(prefix, sent, total));
+        Drain(l);
+        WaitForAnswer(l);
+    }
+    // However the loop ended: end of file, blank line, time-out.
+    l.comm.output(QByteArray(1, EOT) + g.CR);
+    Drain(l);
+    l.comm.setPortOpen(false);
+}
+
+// "XonXoff": a plain stream; any character from the control halts it until an X-on.
+void SendStream(Link &l, NcLineReader &file, const QString &prefix) {
+    Globals &g = l.g;
+    const qint64 total = file.size();
+    qint64 sent = 0;
+    l.timer.setInterval(60000);
+    l.comm.output(QByteArray(1, XON));
+    if (g.WaitXon != 0)
+        WaitForXon(l);
+    l.timer.setInterval(5000);
+    while (!file.atEnd() && !g.TimedOut) {
+        l.yield.DoEvents();
+        if (g.Closing)
+            break;
+        const QByteArray line = PrepareLine(g, file);
+        l.comm.output(line + g.CR);
+        sent += line.size();
+        if (l.comm.inBufferCount() >= 1)
+            WaitForXon(l);
+        l.screen.setLabel1Caption(Caption(prefix, sent, total));
+    }
+    Drain(l);
+    l.comm.setPortOpen(false);
+}
+
+} // namespace
+
+void SendData(Link &l, const QString &FileName) {
+    Globals &g = l.g;
+    // First of all, so that a file that then fails has been counted all the same.
+    if (g.ToolDbEnabled && l.toolList)
+        l.toolList->UpdateToolList(FileName);
+
+    RunOnPort(l, [&] {
+        SetCom(l);
+        l.screen.setMousePointer(11);
+        NcLineReader file(FileName);
+        if (!file.open()) {
+            l.screen.setMousePointer(0);
+            l.screen.setLabel1Visible(false);
+            l.screen.msgBox(QStringLiteral("%1: %2").arg(FileName, file.errorString()),
+                            BoxIcon::Critical, QString());
+            return;
+        }
+        if (file.size() > 0) {
+            g.TimedOut = false;
+            const QString prefix = g.Text(6) + FileName + QStringLiteral(" - ");
+            l.screen.setLabel1Caption(prefix);
+            l.screen.setLabel1Visible(true);
+            // The modem status lines are never looked at.
+            l.comm.setDTREnable(true);
+            if (!l.comm.portOpen())
+                l.comm.setPortOpen(true);
+            if (g.CncType == 1 || g.CncType == 2)
+                SendAcknowledged(l, file, prefix);
+            else if (g.CncType == 3)
+                SendStream(l, file, prefix);
+        }
+        // Closing, on every way out.
+        file.close();
+        if (l.comm.portOpen())
+            l.comm.setPortOpen(false);
+        l.screen.setLabel1Visible(false);
+        l.screen.setMousePointer(0);
+    });
+}

@@ -1,0 +1,348 @@
+// SendData over the scripted port: the exact bytes per control type, the waits it makes, what
+// the operator sees, and every way it can end.
+#include "fake_link.h"
+#include "transfer.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+const QByteArray GoAhead("\x10\x37");
+const QByteArray Eot("\x04\r");
+const QByteArray Xon("\x11");
+
+QByteArray AllBytesButCr() {
+    QByteArray all;
+    for (int c = 1; c <= 255; ++c)
+        if (c != '\r')
+            all += char(c);
+    return all;
+}
+
+QByteArray TenLines() {
+    QByteArray file;
+    for (int i = 1; i <= 10; ++i)
+        file += "L" + QByteArray::number(i) + "\r\n";
+    return file;
+}
+
+// A fresh link, a program file and a control that may answer every write with DLE "7".
+struct Run {
+    FakeLink f;
+    QTemporaryDir dir;
+    QString path;
+    int answers = 0; // how many writes the control answers
+
+    Run(qint16 type, const QByteArray &content) {
+        f.g.ComSettings = QStringLiteral("COM2:9600,E,7,1");
+        f.g.CncType = type;
+        f.g.TextTable[6 * 5 + 1] = QStringLiteral("Send file : ");
+        f.g.TextTable[7 * 5 + 1] = QStringLiteral("Timeout - No answer from CNC");
+        f.yield.limit = 1000;
+        path = dir.filePath(QStringLiteral("P.tap"));
+        QFile file(path);
+        if (file.open(QIODevice::WriteOnly))
+            file.write(content);
+        if (type == 1 || type == 2)
+            answers = 1 << 30;
+        f.comm.onOutput = [this](const QByteArray &) {
+            if (f.comm.writes.size() <= answers)
+                f.comm.inbox += GoAhead;
+        };
+    }
+    void send() { SendData(f.link, path); }
+    // After every way out: the port and the clock stopped, the screen back to rest.
+    void checkEndState() const {
+        QVERIFY(!f.comm.open);
+        QVERIFY(!f.timer.on);
+        QVERIFY(!f.screen.label1Visible);
+        QCOMPARE(f.screen.pointer, 0);
+    }
+};
+} // namespace
+
+class TestSendData : public QObject {
+    Q_OBJECT
+private slots:
+    void wire_data();
+    void wire();
+    void timeOutOnLineFive();
+    void stream_data();
+    void stream();
+    void caption_data();
+    void caption();
+    void toolListFirst_data();
+    void toolListFirst();
+    void failure_data();
+    void failure();
+    void windowClosed_data();
+    void windowClosed();
+};
+
+void TestSendData::wire_data() {
+    QTest::addColumn<qint16>("type");
+    QTest::addColumn<qint16>("noSpace");
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QByteArray>("wire");
+
+    const QByteArray three("G90\r\nG1 X1\r\nM30\r\n");
+    const QByteArray blank("A\r\n\r\nB\r\n");
+    const QByteArray spaces(" G1 X 10\tY2 \r\n   \r\nZ\r\n");
+    for (qint16 t : {1, 2}) {
+        const QByteArray n = QByteArray::number(t);
+        QTest::newRow("lines " + n)
+            << t << qint16(0) << three << QByteArray("R\rG90\rG1 X1\rM30\r") + Eot;
+        QTest::newRow("blank line ends " + n)
+            << t << qint16(0) << blank << QByteArray("R\rA\r") + Eot;
+    }
+    QTest::newRow("lines 3") << qint16(3) << qint16(0) << three << Xon + "G90\rG1 X1\rM30\r";
+    QTest::newRow("no last line end")
+        << qint16(1) << qint16(0) << QByteArray("N10 G0") << QByteArray("R\rN10 G0\r") + Eot;
+    QTest::newRow("CR alone ends lines")
+        << qint16(1) << qint16(0) << QByteArray("A\rB\r") << QByteArray("R\rA\rB\r") + Eot;
+    QTest::newRow("blank first line")
+        << qint16(2) << qint16(0) << QByteArray("\r\nA\r\n") << QByteArray("R\r") + Eot;
+    QTest::newRow("blank line goes as CR 3") << qint16(3) << qint16(0) << blank << Xon + "A\r\rB\r";
+    QTest::newRow("NoSpace, spaces line ends 1")
+        << qint16(1) << qint16(1) << spaces << QByteArray("R\rG1X10\tY2\r") + Eot;
+    QTest::newRow("spaces kept 1")
+        << qint16(1) << qint16(0) << spaces << QByteArray("R\r G1 X 10\tY2 \r   \rZ\r") + Eot;
+    QTest::newRow("NoSpace 3") << qint16(3) << qint16(1) << spaces << Xon + "G1X10\tY2\r\rZ\r";
+    QTest::newRow("lone LF stays in the line")
+        << qint16(2) << qint16(0) << QByteArray("A\nB\nC\n") << QByteArray("R\rA\nB\nC\n\r") + Eot;
+    QTest::newRow("all bytes 1") << qint16(1) << qint16(0) << AllBytesButCr()
+                                 << "R\r" + AllBytesButCr() + "\r" + Eot;
+    QTest::newRow("all bytes 3") << qint16(3) << qint16(0) << AllBytesButCr()
+                                 << Xon + AllBytesButCr() + "\r";
+    QTest::newRow("unknown control") << qint16(0) << qint16(0) << three << QByteArray();
+    QTest::newRow("empty file") << qint16(1) << qint16(0) << QByteArray() << QByteArray();
+}
+
+void TestSendData::wire() {
+    QFETCH(qint16, type);
+    QFETCH(QByteArray, file);
+    Run r(type, file);
+    QFETCH(qint16, noSpace);
+    r.f.g.NoSpace = noSpace;
+    r.f.comm.stallOutput = 2;
+    r.f.comm.drainPerPoll = 1;
+    // Each line must find the queue drained by the one before (types 1 and 2; nothing
+    // drains behind "R").
+    bool drainedFirst = true;
+    QByteArray previous;
+    auto answer = r.f.comm.onOutput;
+    r.f.comm.onOutput = [&](const QByteArray &b) {
+        if (type != 3 && !previous.isEmpty() && previous != "R\r")
+            drainedFirst = drainedFirst && r.f.comm.queued == 2;
+        previous = b;
+        answer(b);
+    };
+    r.send();
+
+    QTEST(r.f.comm.written(), "wire");
+    QVERIFY(drainedFirst);
+    QVERIFY(r.f.screen.boxes.isEmpty());
+    QCOMPARE(r.f.comm.opens, file.isEmpty() ? 0 : 1);
+    QCOMPARE(r.f.comm.closes, r.f.comm.opens);
+    QCOMPARE(r.f.comm.port, 2);
+    QCOMPARE(r.f.comm.settings, QStringLiteral("9600,E,7,1"));
+    QCOMPARE(r.f.comm.dtr, !file.isEmpty());
+    QCOMPARE(r.f.screen.pointers, (QList<int>{11, 0}));
+    if ((type == 1 || type == 2) && !file.isEmpty())
+        QCOMPARE(r.f.timer.interval(), 5000);
+    r.checkEndState();
+}
+
+void TestSendData::timeOutOnLineFive() {
+    Run r(2, TenLines());
+    r.f.timer.ms = 2000; // as start-up leaves it for "504"
+    r.answers = 5;       // "R" and lines 1 to 4
+    r.f.yield.idle = [&] {
+        if (r.f.comm.inbox.isEmpty())
+            r.f.timer.fire();
+    };
+    r.send();
+
+    QCOMPARE(r.f.comm.written(), QByteArray("R\rL1\rL2\rL3\rL4\rL5\r") + Eot);
+    QCOMPARE(r.f.screen.boxes.size(), 1);
+    QCOMPARE(r.f.screen.boxes[0].text, QStringLiteral("Timeout - No answer from CNC"));
+    QCOMPARE(r.f.screen.captions.size(), 1 + 5);
+    QVERIFY(r.f.g.TimedOut);
+    QCOMPARE(r.f.timer.interval(), 5000);
+    r.checkEndState();
+}
+
+void TestSendData::stream_data() {
+    QTest::addColumn<qint16>("waitXon");
+    QTest::addColumn<QByteArray>("haltWith"); // what the control says when line 2 comes
+    QTest::addColumn<bool>("resume");         // an X-on comes while the sender waits
+    QTest::addColumn<QByteArray>("wire");
+    QTest::addColumn<int>("boxes");
+    QTest::addColumn<int>("writesWhileWaiting");
+    QTest::addColumn<int>("waitInterval");
+
+    const QByteArray all = Xon + "L1\rL2\rL3\rL4\r";
+    QTest::newRow("no opening wait") << qint16(0) << QByteArray() << false << all << 0 << -1 << -1;
+    QTest::newRow("opening X-on comes")
+        << qint16(1) << QByteArray() << true << all << 0 << 1 << 60000;
+    QTest::newRow("no opening X-on")
+        << qint16(1) << QByteArray() << false << Xon << 1 << 1 << 60000;
+    QTest::newRow("halted, resumed by X-on")
+        << qint16(0) << QByteArray("\x13") << true << all << 0 << 3 << 5000;
+    QTest::newRow("halted, no X-on")
+        << qint16(0) << QByteArray("?") << false << Xon + "L1\rL2\r" << 1 << 3 << 5000;
+    QTest::newRow("X-off and X-on together")
+        << qint16(0) << QByteArray("\x13\x11") << false << all << 0 << -1 << 5000;
+}
+
+void TestSendData::stream() {
+    QFETCH(qint16, waitXon);
+    QFETCH(QByteArray, haltWith);
+    QFETCH(bool, resume);
+    Run r(3, "L1\r\nL2\r\nL3\r\nL4");
+    r.f.g.WaitXon = waitXon;
+    r.f.comm.onOutput = [&](const QByteArray &b) {
+        if (b == "L2\r")
+            r.f.comm.inbox += haltWith; // any character halts the sender
+    };
+    int waited = 0, writesWhileWaiting = -1, waitInterval = -1;
+    r.f.yield.idle = [&] {
+        if (!r.f.timer.on)
+            return;
+        waitInterval = r.f.timer.interval();
+        if (++waited < 3)
+            return;
+        writesWhileWaiting = int(r.f.comm.writes.size());
+        if (resume)
+            r.f.comm.inbox += Xon;
+        else
+            r.f.timer.fire();
+    };
+    r.send();
+
+    QTEST(r.f.comm.written(), "wire");
+    QTEST(int(r.f.screen.boxes.size()), "boxes");
+    QTEST(writesWhileWaiting, "writesWhileWaiting");
+    QTEST(waitInterval, "waitInterval");
+    QCOMPARE(r.f.timer.interval(), 5000);
+    r.checkEndState();
+}
+
+void TestSendData::caption_data() {
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QStringList>("percents");
+    QTest::newRow("three lines") << QByteArray("AAAA\r\nBB\r\nCCCC")
+                                 << QStringList{"29%", "43%", "71%"};
+    QTest::newRow("rounds to 0: no digits")
+        << QByteArray("A\r\n") + QByteArray(297, 'B') << QStringList{"%", "99%"};
+    QTest::newRow("a half rounds up") << QByteArray("A\r\nBBBBB") << QStringList{"13%", "75%"};
+    QTest::newRow("one line without end") << QByteArray("ABC") << QStringList{"100%"};
+}
+
+void TestSendData::caption() {
+    QFETCH(QByteArray, file);
+    QFETCH(QStringList, percents);
+    Run r(1, file);
+    r.send();
+    const QString prefix = "Send file : " + r.path + " - ";
+    QStringList expected{prefix};
+    for (const QString &p : percents)
+        expected << prefix + p;
+    QCOMPARE(r.f.screen.captions, expected);
+}
+
+void TestSendData::toolListFirst_data() {
+    QTest::addColumn<bool>("enabled");
+    QTest::addColumn<QByteArray>("file");
+    QTest::newRow("program") << true << QByteArray("T1\r\n");
+    QTest::newRow("empty file") << true << QByteArray();
+    QTest::newRow("no database") << false << QByteArray("T1\r\n");
+}
+
+void TestSendData::toolListFirst() {
+    struct Hook : ToolListHook {
+        Run *r = nullptr;
+        QStringList calls;
+        void UpdateToolList(const QString &file) override {
+            // Before the port, the pointer or the label were touched.
+            if (r->f.comm.opens == 0 && r->f.screen.pointers.isEmpty())
+                calls << file;
+        }
+    } hook;
+    QFETCH(bool, enabled);
+    QFETCH(QByteArray, file);
+    Run r(1, file);
+    hook.r = &r;
+    r.f.link.toolList = &hook;
+    r.f.g.ToolDbEnabled = enabled;
+    r.send();
+    QCOMPARE(hook.calls, enabled ? QStringList{r.path} : QStringList());
+}
+
+void TestSendData::failure_data() {
+    QTest::addColumn<QString>("fault");
+    QTest::addColumn<QByteArray>("wire");
+    QTest::addColumn<QStringList>("told");
+    QTest::newRow("missing file") << "missing" << QByteArray()
+                                  << QStringList{"nothere.tap", "No such file"};
+    QTest::newRow("port will not open")
+        << "open" << QByteArray() << QStringList{"COM2: (/dev/x)", "busy"};
+    QTest::newRow("device fails on line 3")
+        << "line3" << QByteArray("R\rL1\rL2\rL3\r") << QStringList{"COM2: (/dev/x)", "went away"};
+    QTest::newRow("no port set up") << "settings" << QByteArray() << QStringList{"Setup"};
+}
+
+void TestSendData::failure() {
+    QFETCH(QString, fault);
+    Run r(1, TenLines());
+    const CommError error{QStringLiteral("COM2: (/dev/x)"), QStringLiteral("busy")};
+    if (fault == "missing")
+        r.path = r.dir.filePath(QStringLiteral("nothere.tap"));
+    if (fault == "open")
+        r.f.comm.openError = error;
+    if (fault == "settings")
+        r.f.g.ComSettings.clear();
+    auto answer = r.f.comm.onOutput;
+    r.f.comm.onOutput = [&](const QByteArray &b) {
+        answer(b);
+        if (fault == "line3" && b == "L3\r")
+            r.f.comm.deviceError = CommError{error.device, QStringLiteral("the device went away")};
+    };
+    r.send();
+
+    QTEST(r.f.comm.written(), "wire");
+    QCOMPARE(r.f.screen.boxes.size(), 1);
+    QCOMPARE(r.f.screen.boxes[0].icon, BoxIcon::Critical);
+    QFETCH(QStringList, told);
+    for (const QString &t : told)
+        QVERIFY2(r.f.screen.boxes[0].text.contains(t), qPrintable(r.f.screen.boxes[0].text));
+    if (fault != "line3")
+        QCOMPARE(r.f.comm.opens, 0);
+    r.checkEndState();
+}
+
+void TestSendData::windowClosed_data() {
+    QTest::addColumn<qint16>("type");
+    QTest::addColumn<QByteArray>("wire");
+    QTest::newRow("303") << qint16(1) << QByteArray("R\rL1\rL2\r") + Eot;
+    QTest::newRow("XonXoff") << qint16(3) << Xon + "L1\rL2\r";
+}
+
+void TestSendData::windowClosed() {
+    QFETCH(qint16, type);
+    Run r(type, TenLines());
+    auto answer = r.f.comm.onOutput;
+    r.f.comm.onOutput = [&](const QByteArray &b) {
+        answer(b);
+        if (b == "L2\r")
+            r.f.g.Closing = true;
+    };
+    r.send();
+    QTEST(r.f.comm.written(), "wire");
+    QVERIFY(r.f.screen.boxes.isEmpty());
+    r.checkEndState();
+}
+
+QTEST_GUILESS_MAIN(TestSendData)
+#include "tst_send_data.moc"
