@@ -1,0 +1,34 @@
+#include "comm.h"
+#include "directory.h"
+#include "reply_list.h"
+#include "reply_loop.h"
+
+QByteArray SelectCNCFile(Link &l) {
+    QByteArray result;
+    l.comm.output("MC,/ISO" + l.g.CR + l.g.PromptSeq);
+
+    QByteArray reply;
+    WaitForReply(l, EotRule::OnlyWithoutCr, reply);
+
+    if (!reply.isEmpty()) {
+        // Clearing drops a selection left from an earlier list, so it cannot count here.
+        ShowReplyInList1(l, reply);
+        l.screen.list1Refresh();
+        l.screen.setMousePointer(0);
+        if (l.screen.list1Count() > 0) {
+            // No time limit: the operator's first selection, by click or keyboard, is the
+            // choice. Closing the window ends the wait with nothing chosen.
+            int index;
+            do {
+                index = l.screen.list1ListIndex();
+                l.yield.DoEvents();
+            } while (index < 0 && !l.g.Closing);
+            if (!l.g.Closing)
+                result = l.screen.list1List(index).toLatin1();
+        }
+        l.screen.setList1Visible(false);
+        l.screen.repaint();
+    }
+    l.screen.setMousePointer(0);
+    return result;
+}
