@@ -1,1 +1,224 @@
 #include "profile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QStringView>
+
+#include <optional>
+#include <vector>
+
+// How a line is read (the same rules as the Windows profile functions where they have one):
+// - Blanks and tabs around a line, around the section name inside the brackets, around the
+//   key and around the value are not part of them: "[ Default ]" and "  Baud = 9600 " hold
+//   section "Default", key "Baud", value "9600".
+// - A section line begins with '[' and holds a ']'; the name runs to the last ']'.
+// - An entry is a line with an '=': the key is what stands before the first '=', the value
+//   everything after it, other '=' included. A value is taken as it stands: no quotes are
+//   removed, so what is written comes back unchanged.
+// - Any other line (comments, blank lines, text without '=', lines before the first section)
+//   is ignored on reading and kept as it stands on writing.
+// - With duplicate sections or keys, the first matching entry wins, for reading and writing.
+// The file is handled as bytes and only names and values are decoded (UTF-8), so a write
+// keeps every other line byte for byte, even one that is not valid UTF-8.
+
+namespace {
+
+constexpr int MaxValueLength = 254;
+
+QByteArrayView trimBlanks(QByteArrayView s) {
+    auto blank = [](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; };
+    qsizetype b = 0;
+    qsizetype e = s.size();
+    while (b < e && blank(s[b]))
+        ++b;
+    while (e > b && blank(s[e - 1]))
+        --e;
+    return s.sliced(b, e - b);
+}
+
+// The section named by a line, if the line is a section line.
+std::optional<QByteArrayView> sectionOf(QByteArrayView line) {
+    QByteArrayView t = trimBlanks(line);
+    if (!t.startsWith('['))
+        return std::nullopt;
+    qsizetype close = t.lastIndexOf(']');
+    if (close < 1)
+        return std::nullopt;
+    return trimBlanks(t.sliced(1, close - 1));
+}
+
+bool sameName(QByteArrayView fileName, const QString &name) {
+    return QString::fromUtf8(fileName).compare(name, Qt::CaseInsensitive) == 0;
+}
+
+struct Entry {
+    QByteArrayView key;
+    QByteArrayView value;
+};
+
+std::optional<Entry> entryOf(QByteArrayView line) {
+    QByteArrayView t = trimBlanks(line);
+    if (t.startsWith(';') || t.startsWith('['))
+        return std::nullopt;
+    qsizetype eq = t.indexOf('=');
+    if (eq < 0)
+        return std::nullopt;
+    return Entry{trimBlanks(t.first(eq)), trimBlanks(t.sliced(eq + 1))};
+}
+
+QByteArray readAll(const QString &path) {
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly))
+        return {};
+    return f.readAll();
+}
+
+// Each line with its own end ("\n", "\r\n", or none for a last line without one), so
+// that a write puts back every line it does not change byte for byte.
+std::vector<QByteArrayView> splitLines(const QByteArray &data) {
+    std::vector<QByteArrayView> lines;
+    QByteArrayView rest(data);
+    while (!rest.isEmpty()) {
+        qsizetype nl = rest.indexOf('\n');
+        qsizetype len = nl < 0 ? rest.size() : nl + 1;
+        lines.push_back(rest.first(len));
+        rest = rest.sliced(len);
+    }
+    return lines;
+}
+
+// Where the key stands (line index), and where a new key of the section would go: behind the
+// last non-blank line of the first matching section.
+struct Place {
+    std::optional<size_t> keyLine;
+    std::optional<size_t> sectionEnd;
+};
+
+Place find(const std::vector<QByteArrayView> &lines, const QString &section, const QString &key) {
+    Place p;
+    bool inSection = false;
+    bool inFirst = false;
+    for (size_t i = 0; i < lines.size(); ++i) {
+        if (auto name = sectionOf(lines[i])) {
+            inSection = sameName(*name, section);
+            inFirst = inSection && !p.sectionEnd;
+            if (inFirst)
+                p.sectionEnd = i + 1;
+            continue;
+        }
+        if (!inSection)
+            continue;
+        if (inFirst && !trimBlanks(lines[i]).isEmpty())
+            p.sectionEnd = i + 1;
+        auto e = entryOf(lines[i]);
+        if (e && sameName(e->key, key)) {
+            p.keyLine = i;
+            return p;
+        }
+    }
+    return p;
+}
+
+QString cutValue(QString v) {
+    if (v.size() <= MaxValueLength)
+        return v;
+    v.truncate(MaxValueLength);
+    if (v.back().isHighSurrogate())
+        v.chop(1);
+    return v;
+}
+
+// A value is one line of the file: it ends at its first line break.
+QByteArray oneLine(const QString &value) {
+    QByteArray v = value.toUtf8();
+    qsizetype cut = v.indexOf('\n');
+    qsizetype cr = v.indexOf('\r');
+    if (cr >= 0 && (cut < 0 || cr < cut))
+        cut = cr;
+    return cut < 0 ? v : v.first(cut);
+}
+
+} // namespace
+
+QString DefaultIniPath() {
+    // A relative XDG_CONFIG_HOME is ignored, as the XDG rules say: the file must not move
+    // with the current folder.
+    const QString xdg = qEnvironmentVariable("XDG_CONFIG_HOME");
+    const QString dir = !xdg.isEmpty() && QDir::isAbsolutePath(xdg)
+                            ? xdg
+                            : QDir::homePath() + QStringLiteral("/.config");
+    return QDir::cleanPath(dir + QStringLiteral("/dnc.ini"));
+}
+
+static QString iniPath(const Globals &g) {
+    return g.IniPath.isEmpty() ? DefaultIniPath() : g.IniPath;
+}
+
+QString GetProfile(const Globals &g, const QString &section, const QString &key) {
+    const QByteArray data = readAll(iniPath(g));
+    const auto lines = splitLines(data);
+    const Place p = find(lines, section, key);
+    if (!p.keyLine)
+        return {};
+    return cutValue(QString::fromUtf8(entryOf(lines[*p.keyLine])->value));
+}
+
+void PutProfile(const Globals &g, const QString &section, const QString &key,
+                const QString &value) {
+    const QString path = iniPath(g);
+    const QByteArray old = readAll(path);
+    const auto lines = splitLines(old);
+    const QByteArray eol = old.contains("\r\n") ? QByteArrayLiteral("\r\n") : "\n";
+    const Place p = find(lines, section, key);
+
+    std::vector<QByteArray> out;
+    out.reserve(lines.size() + 3);
+    for (QByteArrayView line : lines)
+        out.push_back(line.toByteArray());
+    auto terminateLast = [&] {
+        if (!out.empty() && !out.back().endsWith('\n'))
+            out.back().append(eol);
+    };
+    const QByteArray newEntry = key.toUtf8() + '=' + oneLine(value) + eol;
+    if (p.keyLine) {
+        // The key keeps its spelling in the file, the line keeps its end.
+        QByteArray &line = out[*p.keyLine];
+        const QByteArray end = line.endsWith("\r\n") ? QByteArray("\r\n")
+                               : line.endsWith('\n') ? QByteArray("\n")
+                                                     : QByteArray();
+        line = entryOf(line)->key.toByteArray() + '=' + oneLine(value) + end;
+    } else if (p.sectionEnd) {
+        if (*p.sectionEnd == out.size())
+            terminateLast();
+        out.insert(out.begin() + qsizetype(*p.sectionEnd), newEntry);
+    } else {
+        terminateLast();
+        if (!out.empty() && !trimBlanks(out.back()).isEmpty())
+            out.push_back(eol);
+        out.push_back('[' + section.toUtf8() + ']' + eol);
+        out.push_back(newEntry);
+    }
+
+    QByteArray data;
+    data.reserve(old.size() + newEntry.size() + section.size() + 8);
+    for (const QByteArray &line : out)
+        data.append(line);
+
+    // A folder or file that cannot be written leaves the old file as it was; like the
+    // Windows call, nothing is reported.
+    const QFileInfo info(path);
+    if (!QDir().mkpath(info.absolutePath()))
+        return;
+    QSaveFile f(path);
+    if (!f.open(QIODevice::WriteOnly))
+        return;
+    // commit() in Qt 6.4 ignores a failed flush and would rename a cut file over the old
+    // one (a full disk, a file size limit): flush first and give up on any short write.
+    if (f.write(data) != data.size() || !f.flush()) {
+        f.cancelWriting();
+        return;
+    }
+    f.commit();
+}

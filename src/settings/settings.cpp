@@ -1,1 +1,51 @@
 #include "settings.h"
+
+#include "number_text.h"
+#include "profile.h"
+
+void InitChoices(Globals &g) {
+    g.PortChoices = {QString(), "COM1:", "COM2:", "COM3:", "COM4:"};
+    g.BaudChoices = {QString(), "300", "600", "1200", "2400", "4800", "9600"};
+    g.ParityChoices = {QString(), "Even", "Odd", "None"};
+    g.DataChoices = {QString(), "7", "8"};
+    g.StopChoices = {QString(), "1", "2"};
+    g.CncChoices = {QString(), "303", "504", "XonXoff"};
+    g.SoftChoices = {QString(), "04", "05", "10"};
+}
+
+// A flag read from text: the number it begins with, rounded. A number edited by hand beyond
+// 16 bits gives 1, since any non-zero value means on.
+static qint16 flagOf(const QString &text) {
+    return RoundToInt16(NumberOf(text)).value_or(1);
+}
+
+void ReadSettings(Globals &g) {
+    const QString &s = g.ConfigSection;
+    const QString port = GetProfile(g, s, "Port");
+    if (port.isEmpty())
+        return;
+    g.ComSettings = port;
+
+    // Each of these values is followed by a comma except the last; a missing one ends the
+    // read with ComSettings as far as it got.
+    const char *const line[] = {"BAUD", "PARITY", "DATA", "STOP"};
+    for (int i = 0; i < 4; ++i) {
+        const QString value = GetProfile(g, s, line[i]);
+        if (value.isEmpty())
+            return;
+        g.ComSettings += value;
+        if (i < 3)
+            g.ComSettings += u',';
+    }
+
+    const QString cnc = GetProfile(g, s, "CNC");
+    for (int i = 1; i <= 3; ++i) {
+        if (cnc == g.CncChoices[i]) {
+            g.CncType = qint16(i);
+            break;
+        }
+    }
+
+    g.WaitXon = flagOf(GetProfile(g, s, "wait-xon"));
+    g.NoSpace = flagOf(GetProfile(g, s, "Space"));
+}
