@@ -7,6 +7,11 @@
 #include "settings.h"
 #include "setup_dialog.h"
 #include "text_table.h"
+#include "tool_db.h"
+#include "tool_grid.h"
+#include "tool_list_model.h"
+#include "twips.h"
+#include "update_tool_list.h"
 #include "transfer.h"
 #include "window_screen.h"
 
@@ -66,6 +71,27 @@ void DncWindow::Form_Load(const QString &commandLine)
 
 void DncWindow::openToolDatabase()
 {
+    if (!m_g.ToolDbEnabled)
+        return;
+    const QString problem = CheckToolDatabase(m_g.DatabasePath);
+    if (!problem.isEmpty()) {
+        // Counting into a database that cannot be used would fail at every send: say so once
+        // and go on without the tool list.
+        m_g.ToolDbEnabled = false;
+        m_screen->msgBox(problem, BoxIcon::Critical, QString());
+        return;
+    }
+    const qreal dpi = logicalDpiX();
+    DBGrid1 = new ToolGrid(m_g.DatabasePath, this);
+    DBGrid1->setObjectName(QStringLiteral("DBGrid1"));
+    DBGrid1->setGeometry(twipsToPixels(120, dpi), twipsToPixels(960, dpi),
+                         twipsToPixels(6375, dpi), twipsToPixels(2895, dpi));
+    DBGrid1->hide();
+    DBGrid1->raise();
+    Label1->raise();
+    setTabOrder(Command1[7], DBGrid1);
+    m_toolList = std::make_unique<ToolListUpdater>(m_g, *m_screen);
+    m_link->toolList = m_toolList.get();
 }
 
 void DncWindow::setCaption()
@@ -87,6 +113,8 @@ void DncWindow::Enable_cmd()
     Command2->setEnabled(true);
     if (m_g.ToolDbEnabled && DBGrid1) {
         DBGrid1->show();
+        if (!DBGrid1->refresh())
+            m_screen->msgBox(DBGrid1->toolModel()->errorText(), BoxIcon::Critical, QString());
     }
 }
 

@@ -15,7 +15,8 @@ class QListWidget;
 class QPlainTextEdit;
 class QPushButton;
 class WindowScreen;
-class QWidget;
+class ToolGrid;
+class ToolListUpdater;
 
 class DncWindow : public QWidget {
     Q_OBJECT
@@ -30,7 +31,7 @@ public:
     QPlainTextEdit *Text1 = nullptr;
     QListWidget *List1 = nullptr;
     QLabel *Label1 = nullptr;
-    QWidget *DBGrid1 = nullptr; // only with a tool database
+    ToolGrid *DBGrid1 = nullptr; // only with a tool database
 
     void Command1_Click(int index);
     void Command2_Click();
@@ -53,6 +54,7 @@ private:
     LinkTimer &m_timer;
     std::unique_ptr<WindowScreen> m_screen;
     CmDialog m_dialog;
+    std::unique_ptr<ToolListUpdater> m_toolList;
     std::unique_ptr<Link> m_link;
     Comm &m_comm;
     Yield &m_yield;

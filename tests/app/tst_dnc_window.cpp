@@ -164,8 +164,8 @@ void TestDncWindow::frameDisablesAndHidesThenGivesBack()
         during = r.enabled();
         text1Shown = r.w->Text1->isVisible();
         list1Shown = r.w->List1->isVisible();
-        r.f.timer.fire();
     });
+    r.f.yield.then([&] { r.f.timer.fire(); });
     QTest::mouseClick(r.w->Command1[3], Qt::LeftButton);
     QCOMPARE(during, QStringLiteral("7"));
     QVERIFY(!text1Shown);
@@ -200,8 +200,8 @@ void TestDncWindow::helpDuringAnOperationLeavesTheFrameAlone()
     r.f.yield.then([&] {
         QTest::mouseClick(r.w->Command1[7], Qt::LeftButton);
         afterHelp = r.enabled();
-        r.f.timer.fire();
     });
+    r.f.yield.then([&] { r.f.timer.fire(); });
     QTest::mouseClick(r.w->Command1[3], Qt::LeftButton);
     QCOMPARE(afterHelp, QStringLiteral("7"));
     bool helpShown = false;
