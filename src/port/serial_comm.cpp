@@ -1,0 +1,354 @@
+#include "serial_comm.h"
+
+#include "wire_trace.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+
+namespace {
+
+// Time allowed beyond what the queued characters need at the line's speed.
+constexpr qint64 DrainMarginMs = 1000;
+// How often a wait looks again while nothing else would wake the event loop.
+constexpr int WakeMs = 2;
+
+QString SystemText(int code) {
+    return QString::fromLocal8Bit(std::strerror(code));
+}
+
+// Unix98 pseudo-terminal slaves (/dev/pts/N) have majors 136 to 143.
+bool IsPseudoTerminal(const QString &path) {
+    struct stat st {};
+    if (::stat(QFile::encodeName(path).constData(), &st) != 0 || !S_ISCHR(st.st_mode))
+        return false;
+    const unsigned m = major(st.st_rdev);
+    return m >= 136 && m <= 143;
+}
+
+int Clamp16(qint64 n) {
+    return int(std::clamp<qint64>(n, 0, 32767));
+}
+
+// Keeps the wake-up timer running for the life of a wait.
+class Wake {
+public:
+    explicit Wake(QTimer &t) : m_t(t), m_was(t.isActive()) {
+        if (!m_was)
+            m_t.start();
+    }
+    ~Wake() {
+        if (!m_was)
+            m_t.stop();
+    }
+    Wake(const Wake &) = delete;
+    Wake &operator=(const Wake &) = delete;
+
+private:
+    QTimer &m_t;
+    bool m_was;
+};
+
+} // namespace
+
+SerialComm::SerialComm(const QString &device) : m_device(device) {
+    m_wake.setInterval(WakeMs);
+    QObject::connect(&m_port, &QSerialPort::errorOccurred, &m_port,
+                     [this](QSerialPort::SerialPortError e) { onError(e); });
+}
+
+SerialComm::~SerialComm() = default;
+
+QString SerialComm::devicePath() const {
+    if (!m_device.isEmpty())
+        return m_device;
+    const QString fromEnv =
+        qEnvironmentVariable(qPrintable(QStringLiteral("DNC_COM%1").arg(m_commPort)));
+    if (!fromEnv.isEmpty())
+        return fromEnv;
+    return QStringLiteral("/dev/ttyS%1").arg(m_commPort - 1);
+}
+
+QString SerialComm::deviceName() const {
+    return QStringLiteral("COM%1: (%2)").arg(m_commPort).arg(devicePath());
+}
+
+void SerialComm::setSettings(const QString &settings) {
+    try {
+        m_settings = ParseLineSettings(settings);
+        m_settingsText = settings;
+    } catch (const LineSettingsError &e) {
+        throw CommError{
+            deviceName(),
+            QStringLiteral("the line settings \"%1\" cannot be used: %2").arg(settings, e.why)};
+    }
+}
+
+void SerialComm::setDTREnable(bool on) {
+    m_dtr = on;
+    if (m_port.isOpen())
+        raiseDtr();
+}
+
+void SerialComm::setPortOpen(bool open) {
+    if (open == m_port.isOpen())
+        return;
+    if (open)
+        this->open();
+    else
+        close();
+}
+
+bool SerialComm::openWith(const LineSettings &s) {
+    m_port.setBaudRate(s.baud);
+    m_port.setDataBits(s.dataBits);
+    m_port.setParity(s.parity);
+    m_port.setStopBits(s.stopBits);
+    m_port.setFlowControl(QSerialPort::NoFlowControl); // pacing is the program's own
+    return m_port.open(QIODevice::ReadWrite);
+}
+
+void SerialComm::open() {
+    m_trace = WireTrace::fromEnvironment();
+    m_failure.reset();
+    m_closePosted = false;
+
+    const QString path = devicePath();
+    // Qt locks by name: the real device, so that two names for one port still collide.
+    const QString real = QFileInfo(path).canonicalFilePath();
+    m_port.setPortName(real.isEmpty() ? path : real);
+
+    m_quiet = true;
+    bool ok = openWith(m_settings);
+    bool plain = false;
+    if (!ok && IsPseudoTerminal(path)) {
+        // A pseudo-terminal runs 8 bits without parity and may refuse anything else; a
+        // real line would take them, so this is no fault of the operator's settings.
+        const QString why = m_port.errorString();
+        if (m_port.error() == QSerialPort::UnsupportedOperationError || why == SystemText(EINVAL) ||
+            why == SystemText(ENOTTY)) {
+            LineSettings eight = m_settings;
+            eight.dataBits = QSerialPort::Data8;
+            eight.parity = QSerialPort::NoParity;
+            ok = plain = openWith(eight);
+        }
+    }
+    if (!ok) {
+        const CommError e = openError();
+        m_quiet = false;
+        trace(QStringLiteral("OPEN FAILED %1 %2: %3").arg(deviceName(), m_settingsText, e.reason));
+        m_trace.reset();
+        throw e;
+    }
+    raiseDtr();
+    // Qt keeps what came while the port was closed; a late answer to the last operation
+    // must not satisfy a wait of this one.
+    m_port.clear(QSerialPort::Input);
+    m_port.clearError();
+    m_quiet = false;
+    trace(QStringLiteral("OPEN %1 %2%3")
+              .arg(deviceName(), m_settingsText,
+                   plain ? QStringLiteral(" (as 8,N: a pseudo-terminal takes no other)")
+                         : QString()));
+}
+
+CommError SerialComm::openError() const {
+    const QString why = m_port.errorString();
+    QString reason;
+    switch (m_port.error()) {
+    case QSerialPort::DeviceNotFoundError:
+        reason = QStringLiteral("cannot be opened: no such device");
+        break;
+    case QSerialPort::PermissionError:
+        if (why.contains(QLatin1String("lock"), Qt::CaseInsensitive) || why == SystemText(EBUSY))
+            reason =
+                QStringLiteral("cannot be opened: another program holds the port (%1)").arg(why);
+        else
+            reason = QStringLiteral("cannot be opened: permission denied; the user may need "
+                                    "to be in the group dialout (%1)")
+                         .arg(why);
+        break;
+    case QSerialPort::OpenError:
+        reason = QStringLiteral("cannot be opened: it is open already");
+        break;
+    default:
+        reason = QStringLiteral("cannot be opened: %1").arg(why);
+        break;
+    }
+    return CommError{deviceName(), reason};
+}
+
+void SerialComm::raiseDtr() {
+    if (!m_dtr)
+        return;
+    const bool wasQuiet = m_quiet;
+    m_quiet = true;
+    // A pseudo-terminal has no DTR line: not an error for this program.
+    if (!m_port.setDataTerminalReady(true)) {
+        trace(QStringLiteral("DTR not raised: %1").arg(m_port.errorString()));
+        m_port.clearError();
+    }
+    m_quiet = wasQuiet;
+}
+
+void SerialComm::close() {
+    if (!m_failure)
+        drain();
+    m_port.close();
+    trace(QStringLiteral("CLOSE %1").arg(deviceName()));
+    m_trace.reset();
+}
+
+void SerialComm::drain() {
+    qint64 queued = inFlight();
+    if (queued == 0)
+        return;
+    // Qt's close() drops its buffer: let it leave first, for as long as the line needs.
+    const qint64 needMs = queued * m_settings.bitsPerCharacter() * 1000 / m_settings.baud;
+    const QDeadlineTimer limit(2 * needMs + DrainMarginMs);
+    const Wake wake(m_wake);
+    for (;;) {
+        push();
+        if (m_failure || !m_port.isOpen())
+            return;
+        queued = inFlight();
+        if (queued == 0)
+            return;
+        if (limit.hasExpired() || abandoned()) {
+            trace(
+                QStringLiteral("CLOSE without waiting longer: %1 characters dropped").arg(queued));
+            return;
+        }
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+}
+
+void SerialComm::push() {
+    if (m_port.isOpen() && m_port.bytesToWrite() > 0)
+        m_port.flush(); // one chunk to the driver; a full driver queue is no error
+}
+
+qint64 SerialComm::inFlight() const {
+    if (!m_port.isOpen())
+        return 0;
+    int driver = 0;
+    if (::ioctl(m_port.handle(), TIOCOUTQ, &driver) != 0 || driver < 0)
+        driver = 0;
+    return m_port.bytesToWrite() + driver;
+}
+
+void SerialComm::requireUsable() const {
+    if (m_failure)
+        throw CommError{deviceName(), *m_failure};
+    if (!m_port.isOpen())
+        throw CommError{deviceName(), QStringLiteral("the port is not open")};
+}
+
+void SerialComm::output(const QByteArray &bytes) {
+    requireUsable();
+    std::optional<Wake> wake;
+    qsizetype done = 0;
+    while (done < bytes.size()) {
+        const qint64 room = MaxInFlight - inFlight();
+        if (room <= 0) {
+            if (abandoned()) {
+                trace(QStringLiteral("OUTPUT given up: %1 characters not sent")
+                          .arg(bytes.size() - done));
+                return;
+            }
+            if (!wake)
+                wake.emplace(m_wake);
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+            requireUsable();
+            push();
+            requireUsable();
+            continue;
+        }
+        const QByteArray piece = bytes.mid(done, room);
+        if (m_port.write(piece) != piece.size()) {
+            requireUsable();
+            throw CommError{
+                deviceName(),
+                QStringLiteral("writing to the device failed (%1)").arg(m_port.errorString())};
+        }
+        if (m_trace)
+            m_trace->bytes(WireTrace::Direction::Sent, piece);
+        done += piece.size();
+        push();
+        requireUsable();
+    }
+}
+
+int SerialComm::outBufferCount() {
+    requireUsable();
+    push();
+    requireUsable();
+    return Clamp16(inFlight());
+}
+
+int SerialComm::inBufferCount() {
+    requireUsable();
+    return Clamp16(m_port.bytesAvailable());
+}
+
+QByteArray SerialComm::input() {
+    requireUsable();
+    const QByteArray got = m_port.readAll();
+    if (m_trace)
+        m_trace->bytes(WireTrace::Direction::Received, got);
+    return got;
+}
+
+void SerialComm::onError(QSerialPort::SerialPortError error) {
+    if (m_quiet || m_failure || error == QSerialPort::NoError)
+        return;
+    const QString why = m_port.errorString();
+    switch (error) {
+    case QSerialPort::ResourceError:
+        if (why == SystemText(EAGAIN))
+            return; // the driver's queue is full for now; Qt writes on when there is room
+        m_failure = QStringLiteral("the device is gone: unplugged, or closed at the other end");
+        break;
+    case QSerialPort::DeviceNotFoundError:
+        m_failure = QStringLiteral("the device is gone: unplugged, or closed at the other end");
+        break;
+    case QSerialPort::ReadError:
+        m_failure = QStringLiteral("reading from the device failed: it was unplugged, or "
+                                   "closed at the other end");
+        break;
+    case QSerialPort::WriteError:
+        m_failure = QStringLiteral("writing to the device failed: it was unplugged, or "
+                                   "closed at the other end");
+        break;
+    default:
+        return; // not a fault of the line (an unsupported setting, a time-out of Qt's own)
+    }
+    trace(QStringLiteral("FAULT %1: %2 (%3)").arg(deviceName(), *m_failure, why));
+    if (m_closePosted)
+        return;
+    m_closePosted = true;
+    // Qt 6.4 reports end-of-file on a dead pseudo-terminal on every pass; closing stops it.
+    // Not from inside Qt's own notification, which goes on using the port after the signal.
+    QMetaObject::invokeMethod(
+        &m_port,
+        [this] {
+            if (m_failure && m_port.isOpen()) {
+                m_port.close();
+                trace(QStringLiteral("CLOSE %1 after the fault").arg(deviceName()));
+                m_trace.reset();
+            }
+        },
+        Qt::QueuedConnection);
+}
+
+void SerialComm::trace(const QString &event) {
+    if (m_trace)
+        m_trace->note(event);
+}

@@ -1,0 +1,73 @@
+#pragma once
+// The port over QSerialPort. COMn is the device named by the environment variable DNC_COMn,
+// else /dev/ttyS<n-1>. At most 512 characters are in flight (Qt's buffer and the driver's
+// queue): Output waits, yielding to the event loop, for room, and never drops a byte.
+
+#include "comm.h"
+#include "line_settings.h"
+
+#include <QSerialPort>
+#include <QTimer>
+#include <functional>
+#include <memory>
+#include <optional>
+
+class WireTrace;
+
+class SerialComm : public Comm {
+public:
+    // A device path given here is used whatever port number is set (tests, tools).
+    explicit SerialComm(const QString &device = QString());
+    ~SerialComm() override;
+
+    static constexpr int MaxInFlight = 512;
+
+    void setDevice(const QString &path) { m_device = path; }
+    // The device the current port number stands for, and how the operator knows it:
+    // "COM1: (/dev/ttyS0)".
+    QString devicePath() const;
+    QString deviceName() const;
+
+    // Returns true while the running operation is being given up (the window closes):
+    // Output and the drain before closing then stop waiting.
+    void setAbandon(std::function<bool()> abandoned) { m_abandoned = std::move(abandoned); }
+
+    void setCommPort(int port) override { m_commPort = port; }
+    void setSettings(const QString &settings) override;
+    void setDTREnable(bool on) override;
+
+    bool portOpen() const override { return m_port.isOpen(); }
+    void setPortOpen(bool open) override;
+
+    void output(const QByteArray &bytes) override;
+    int outBufferCount() override;
+    int inBufferCount() override;
+    QByteArray input() override;
+
+private:
+    void open();
+    void close();
+    bool openWith(const LineSettings &s);
+    CommError openError() const;
+    void raiseDtr();
+    void drain();
+    void push();
+    qint64 inFlight() const;
+    void requireUsable() const;
+    void onError(QSerialPort::SerialPortError error);
+    bool abandoned() const { return m_abandoned && m_abandoned(); }
+    void trace(const QString &event);
+
+    QSerialPort m_port;
+    QTimer m_wake; // wakes the waits while only the driver's queue drains
+    QString m_device;
+    int m_commPort = 1;
+    QString m_settingsText = QStringLiteral("9600,N,8,1");
+    LineSettings m_settings;
+    bool m_dtr = false;
+    bool m_quiet = false; // errors expected here are handled where they happen
+    bool m_closePosted = false;
+    std::optional<QString> m_failure; // first fault seen while open: the port is dead
+    std::function<bool()> m_abandoned;
+    std::unique_ptr<WireTrace> m_trace;
+};
