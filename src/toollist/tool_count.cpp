@@ -1,0 +1,90 @@
+#include "tool_count.h"
+
+#include "number_text.h"
+
+#include <QSqlError>
+#include <QSqlQuery>
+#include <optional>
+
+namespace {
+
+QString Failed(const QString &name, const QSqlQuery &query) {
+    return QStringLiteral("The tool \"%1\" cannot be counted: %2")
+        .arg(name, query.lastError().text());
+}
+
+// util read as a 16-bit integer; a reason when it cannot be.
+std::optional<qint16> UtilOf(const QVariant &value, const QString &name, QString &why) {
+    if (value.isNull()) {
+        why = QStringLiteral("The tool \"%1\" has no count (util is empty).").arg(name);
+        return std::nullopt;
+    }
+    bool ok = false;
+    const double number = value.toDouble(&ok);
+    const std::optional<qint16> util = ok ? RoundToInt16(number) : std::nullopt;
+    if (!util)
+        why = QStringLiteral("The count of the tool \"%1\" is not a 16-bit integer: %2")
+                  .arg(name, value.toString());
+    return util;
+}
+
+} // namespace
+
+QString ToolDateText(const QDateTime &when) {
+    return when.toLocalTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+}
+
+ToolCount CountTools(const QSqlDatabase &db, const QStringList &names, const QDateTime &now) {
+    ToolCount result;
+    const QString date = ToolDateText(now);
+    for (const QString &name : names) {
+        // Counting a name with a double quote was never possible; keep it a failure, and say so.
+        if (name.contains(QLatin1Char('"'))) {
+            result.failure =
+                QStringLiteral("The tool name \"%1\" holds a double quote (\"), which a tool "
+                               "name may not hold.")
+                    .arg(name);
+            return result;
+        }
+        QSqlQuery find(db);
+        find.prepare(QStringLiteral("SELECT rowid, util FROM tool_list WHERE tool = ? COLLATE "
+                                    "NOCASE ORDER BY rowid LIMIT 1"));
+        find.addBindValue(name);
+        if (!find.exec()) {
+            result.failure = Failed(name, find);
+            return result;
+        }
+        QSqlQuery write(db);
+        if (!find.next()) {
+            write.prepare(
+                QStringLiteral("INSERT INTO tool_list (tool, util, Date) VALUES (?, 1, ?)"));
+            write.addBindValue(name);
+            write.addBindValue(date);
+        } else {
+            const QVariant rowid = find.value(0);
+            std::optional<qint16> util = UtilOf(find.value(1), name, result.failure);
+            if (!util)
+                return result;
+            if (*util == 32767) {
+                result.failure =
+                    QStringLiteral("The count of the tool \"%1\" is at its highest, 32767.")
+                        .arg(name);
+                return result;
+            }
+            find.finish();
+            write.prepare(QStringLiteral(
+                "UPDATE tool_list SET tool = ?, util = ?, Date = ? WHERE rowid = ?"));
+            write.addBindValue(name);
+            write.addBindValue(int(*util) + 1);
+            write.addBindValue(date);
+            write.addBindValue(rowid);
+        }
+        find.finish();
+        if (!write.exec()) {
+            result.failure = Failed(name, write);
+            return result;
+        }
+        ++result.counted;
+    }
+    return result;
+}

@@ -1,0 +1,18 @@
+#include "tool_grid.h"
+
+#include "tool_list_model.h"
+
+#include <QHeaderView>
+
+ToolGrid::ToolGrid(const QString &databasePath, QWidget *parent)
+    : QTableView(parent), m_model(new ToolListModel(databasePath, DefaultBusyTimeoutMs, this)) {
+    setModel(m_model);
+    horizontalHeader()->setVisible(true);
+    verticalHeader()->setVisible(true);
+    verticalHeader()->setSectionResizeMode(QHeaderView::Interactive);
+    setSelectionBehavior(QAbstractItemView::SelectItems);
+}
+
+bool ToolGrid::refresh() {
+    return m_model->refresh();
+}

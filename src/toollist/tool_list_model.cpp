@@ -1,0 +1,71 @@
+#include "tool_list_model.h"
+
+#include "number_text.h"
+
+#include <QSqlDriver>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QSqlRecord>
+
+ToolListModel::ToolListModel(const QString &path, int busyTimeoutMs, QObject *parent)
+    : QSqlQueryModel(parent), m_connection(QStringLiteral("grid"), path, busyTimeoutMs) {
+    if (!m_connection.isOpen())
+        m_error = m_connection.error();
+}
+
+ToolListModel::~ToolListModel() {
+    // The query must let go of the connection before the connection is removed.
+    clear();
+}
+
+bool ToolListModel::refresh() {
+    if (!m_connection.isOpen())
+        return false;
+    // The rowid rides along as a last, hidden column: it is how an edit finds its row.
+    setQuery(QStringLiteral("SELECT tool_list.*, tool_list.rowid FROM tool_list "
+                            "ORDER BY tool_list.util DESC, tool_list.rowid"),
+             m_connection.database());
+    // Fetch everything, so that no open read keeps a count from writing.
+    while (canFetchMore())
+        fetchMore();
+    m_error = lastError().isValid() ? lastError().text() : QString();
+    return m_error.isEmpty();
+}
+
+int ToolListModel::columnCount(const QModelIndex &parent) const {
+    return std::max(0, QSqlQueryModel::columnCount(parent) - 1);
+}
+
+Qt::ItemFlags ToolListModel::flags(const QModelIndex &index) const {
+    const Qt::ItemFlags base = QSqlQueryModel::flags(index);
+    return index.isValid() ? base | Qt::ItemIsEditable : base;
+}
+
+bool ToolListModel::setData(const QModelIndex &index, const QVariant &value, int role) {
+    if (role != Qt::EditRole || !index.isValid() || index.column() >= columnCount())
+        return false;
+    const QString field = record().fieldName(index.column());
+    QVariant stored = value;
+    if (field.compare(QLatin1String("util"), Qt::CaseInsensitive) == 0) {
+        // The count is a 16-bit integer, as the counting reads it.
+        bool ok = false;
+        const double number = value.toString().trimmed().toDouble(&ok);
+        const std::optional<qint16> util = ok ? RoundToInt16(number) : std::nullopt;
+        if (!util)
+            return false;
+        stored = int(*util);
+    }
+    const QVariant rowid = record(index.row()).value(QSqlQueryModel::columnCount() - 1);
+    QSqlDatabase db = m_connection.database();
+    QSqlQuery update(db);
+    update.prepare(QStringLiteral("UPDATE tool_list SET %1 = ? WHERE rowid = ?")
+                       .arg(db.driver()->escapeIdentifier(field, QSqlDriver::FieldName)));
+    update.addBindValue(stored);
+    update.addBindValue(rowid);
+    if (!update.exec()) {
+        m_error = update.lastError().text();
+        return false;
+    }
+    refresh();
+    return true;
+}

@@ -1,0 +1,102 @@
+#include "tool_scan.h"
+
+#include "number_text.h"
+
+#include <QBuffer>
+#include <QFileDevice>
+#include <algorithm>
+
+namespace {
+
+// One line of an NC file, without its end. False at the end of the file.
+bool ReadLine(QIODevice &file, QByteArray &line) {
+    line.clear();
+    char c;
+    if (!file.getChar(&c))
+        return false;
+    do {
+        if (c == '\r') {
+            char next;
+            if (file.peek(&next, 1) == 1 && next == '\n')
+                file.getChar(&next);
+            return true;
+        }
+        line.append(c);
+    } while (file.getChar(&c));
+    return true;
+}
+
+// Only the blank counts; a tab is part of the text.
+QByteArray StripBlanks(const QByteArray &s) {
+    qsizetype from = 0;
+    qsizetype to = s.size();
+    while (from < to && s[from] == ' ')
+        ++from;
+    while (to > from && s[to - 1] == ' ')
+        --to;
+    return s.mid(from, to - from);
+}
+
+QString CutAtLimit(QString name, const std::array<QString, 11> &LimitStrings, qint16 LimitCount) {
+    const int count = std::clamp<int>(LimitCount, 0, int(LimitStrings.size()) - 1);
+    for (int i = 1; i <= count; ++i) {
+        const qsizetype at = name.indexOf(LimitStrings[i], 0, Qt::CaseSensitive);
+        if (at >= 0)
+            return name.left(at);
+    }
+    return name;
+}
+
+} // namespace
+
+ToolScan ScanToolLines(QIODevice &file, const std::array<QString, 11> &LimitStrings,
+                       qint16 LimitCount) {
+    ToolScan scan;
+    QByteArray raw;
+    while (ReadLine(file, raw)) {
+        // Bytes stand for themselves: one byte, one character.
+        const QString line = QString::fromLatin1(StripBlanks(raw)).toLower();
+        if (line.contains(QLatin1Char('%')))
+            return scan;
+        if (!line.startsWith(QLatin1Char('/')))
+            continue;
+        qsizetype at = 1;
+        while (at < line.size() && line[at] == QLatin1Char(' '))
+            ++at;
+        if (at >= line.size() || line[at] != QLatin1Char('t'))
+            continue;
+        const QString fromT = line.mid(at);
+
+        const std::optional<qint16> number = RoundToInt16(NumberOf(fromT.mid(1)));
+        if (!number) {
+            scan.failure =
+                QStringLiteral("The tool number in the line \"%1\" is out of range.").arg(line);
+            return scan;
+        }
+        if (*number <= 0)
+            continue;
+
+        const qsizetype blank = fromT.indexOf(QLatin1Char(' '));
+        if (blank < 0) {
+            scan.failure =
+                QStringLiteral("The tool line \"%1\" has no tool name after its number.").arg(line);
+            return scan;
+        }
+        qsizetype start = blank;
+        while (start < fromT.size() && fromT[start] == QLatin1Char(' '))
+            ++start;
+        scan.names << CutAtLimit(fromT.mid(start), LimitStrings, LimitCount);
+    }
+    if (auto *device = qobject_cast<QFileDevice *>(&file);
+        device && device->error() != QFileDevice::NoError)
+        scan.failure = device->errorString();
+    return scan;
+}
+
+ToolScan ScanToolLines(const QByteArray &content, const std::array<QString, 11> &LimitStrings,
+                       qint16 LimitCount) {
+    QByteArray copy = content;
+    QBuffer buffer(&copy);
+    buffer.open(QIODevice::ReadOnly);
+    return ScanToolLines(buffer, LimitStrings, LimitCount);
+}
