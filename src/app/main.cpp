@@ -14,6 +14,8 @@ int main(int argc, char *argv[])
     Globals g;
     g.IniPath = DefaultIniPath();
     SerialComm comm;
+    // A write held up by a control that stopped reading must not keep the window from closing.
+    comm.setAbandon([&g] { return g.Closing; });
     QtLinkTimer timer(g);
     EventLoopYield yield;
     DncWindow window(g, comm, timer, yield, CommandLineFromArgs(app.arguments().mid(1)));
