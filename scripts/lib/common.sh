@@ -21,7 +21,10 @@ install_deps() {
         "${missing[@]}" >/dev/null
 }
 
+# build [target...]: everything when no target is named.
 build() {
     cmake -S "$ROOT" -B "$BUILD" -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
-    cmake --build "$BUILD" -j"$(nproc)"
+    local targets=()
+    for t in "$@"; do targets+=(--target "$t"); done
+    cmake --build "$BUILD" -j"$(nproc)" "${targets[@]}"
 }
