@@ -1,6 +1,8 @@
 #include "event_loop_yield.h"
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
+#include <QThread>
 
 EventLoopYield::EventLoopYield(int heartbeatMs) {
     m_heartbeat.setSingleShot(true);
@@ -9,9 +11,17 @@ EventLoopYield::EventLoopYield(int heartbeatMs) {
 }
 
 void EventLoopYield::DoEvents() {
-    // Armed only while passes run, so an idle window is not woken for nothing.
-    if (!m_heartbeat.isActive())
-        m_heartbeat.start();
-    // With a time limit processEvents ignores WaitForMoreEvents and spins.
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    QAbstractEventDispatcher *events = QThread::currentThread()->eventDispatcher();
+    if (!events) {
+        QCoreApplication::processEvents();
+        return;
+    }
+    const bool wait = m_idle;
+    if (wait && !m_heartbeat.isActive())
+        m_heartbeat.start(); // armed only while a wait sleeps: an idle window is not woken
+    // With a time limit processEvents ignores WaitForMoreEvents and spins; without one it
+    // returns after the first batch of events.
+    const bool busy =
+        events->processEvents(wait ? QEventLoop::WaitForMoreEvents : QEventLoop::AllEvents);
+    m_idle = !busy && !wait;
 }

@@ -1,6 +1,8 @@
 #pragma once
-// DoEvents over the Qt event loop: a pass with nothing to do sleeps until the next event
-// (bytes on the port, the clock's tick, the operator) instead of spinning.
+// DoEvents over the Qt event loop. A pass dispatches what is pending and returns at once;
+// only a pass that follows one which found nothing to do sleeps until an event arrives
+// (bytes on the port, the clock's tick, the operator): a wait does not spin, and a send
+// loop does not sleep between lines.
 
 #include "link.h"
 
@@ -12,6 +14,8 @@ public:
     void DoEvents() override;
 
 private:
-    // Wakes a pass that nothing else would wake, e.g. while only the driver's queue drains.
+    // Wakes a sleeping pass that nothing else would wake, e.g. while only the driver's
+    // queue drains.
     QTimer m_heartbeat;
+    bool m_idle = false; // the last pass found nothing to do
 };
