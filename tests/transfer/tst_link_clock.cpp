@@ -32,6 +32,7 @@ private slots:
     void disabledTimerDoesNotTick();
     void scaledClock();
     void yieldSleepsButWakes();
+    void yieldAfterWorkDoesNotSleep();
 };
 
 void TestLinkClock::tickSetsFlagAndKeepsRunning() {
@@ -101,6 +102,21 @@ void TestLinkClock::yieldSleepsButWakes() {
     const double cpu = CpuSeconds() - cpu0;
     QVERIFY2(passes > 20 && passes < 500, qPrintable(QString::number(passes)));
     QVERIFY2(cpu < 0.1, qPrintable(QString::number(cpu)));
+}
+
+void TestLinkClock::yieldAfterWorkDoesNotSleep() {
+    // A send loop yields once between lines: that pass must not wait for the heartbeat.
+    EventLoopYield y;
+    QObject target;
+    QElapsedTimer t;
+    t.start();
+    for (int i = 0; i < 200; ++i) {
+        QMetaObject::invokeMethod(
+            &target, [] {}, Qt::QueuedConnection);
+        y.DoEvents(); // dispatches the event
+        y.DoEvents(); // nothing to do: returns at once
+    }
+    QVERIFY2(t.elapsed() < 400, qPrintable(QString::number(t.elapsed())));
 }
 
 QTEST_GUILESS_MAIN(TestLinkClock)

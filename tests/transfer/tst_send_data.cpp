@@ -8,7 +8,6 @@
 #include <QTest>
 
 namespace {
-const QByteArray GoAhead("\x10\x37");
 const QByteArray Eot("\x04\r");
 const QByteArray Xon("\x11");
 
@@ -20,39 +19,40 @@ QByteArray AllBytesButCr() {
     return all;
 }
 
-QByteArray TenLines() {
+QByteArray Lines(int n, const char *end = "\r\n") {
     QByteArray file;
-    for (int i = 1; i <= 10; ++i)
-        file += "L" + QByteArray::number(i) + "\r\n";
+    for (int i = 1; i <= n; ++i)
+        file += "L" + QByteArray::number(i) + end;
     return file;
 }
 
-// A fresh link, a program file and a control that may answer every write with DLE "7".
+// A fresh link, a program file, and a control that answers the first `answers` writes with
+// DLE "7" (types 1 and 2: every one).
 struct Run {
     FakeLink f;
     QTemporaryDir dir;
     QString path;
-    int answers = 0; // how many writes the control answers
+    int answers = 0;
 
     Run(qint16 type, const QByteArray &content) {
         f.g.ComSettings = QStringLiteral("COM2:9600,E,7,1");
         f.g.CncType = type;
         f.g.TextTable[6 * 5 + 1] = QStringLiteral("Send file : ");
         f.g.TextTable[7 * 5 + 1] = QStringLiteral("Timeout - No answer from CNC");
+        f.timer.ms = 2000; // as start-up leaves it for "504"
         f.yield.limit = 1000;
         path = dir.filePath(QStringLiteral("P.tap"));
         QFile file(path);
         if (file.open(QIODevice::WriteOnly))
             file.write(content);
-        if (type == 1 || type == 2)
-            answers = 1 << 30;
+        answers = type == 1 || type == 2 ? 1 << 30 : 0;
         f.comm.onOutput = [this](const QByteArray &) {
             if (f.comm.writes.size() <= answers)
-                f.comm.inbox += GoAhead;
+                f.comm.inbox += "\x10\x37";
         };
     }
     void send() { SendData(f.link, path); }
-    // After every way out: the port and the clock stopped, the screen back to rest.
+    // After every way out: the port and the clock stopped, the screen back at rest.
     void checkEndState() const {
         QVERIFY(!f.comm.open);
         QVERIFY(!f.timer.on);
@@ -67,17 +67,13 @@ class TestSendData : public QObject {
 private slots:
     void wire_data();
     void wire();
-    void timeOutOnLineFive();
     void stream_data();
     void stream();
     void caption_data();
     void caption();
-    void toolListFirst_data();
     void toolListFirst();
-    void failure_data();
-    void failure();
-    void windowClosed_data();
-    void windowClosed();
+    void ending_data();
+    void ending();
 };
 
 void TestSendData::wire_data() {
@@ -86,36 +82,31 @@ void TestSendData::wire_data() {
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<QByteArray>("wire");
 
-    const QByteArray three("G90\r\nG1 X1\r\nM30\r\n");
-    const QByteArray blank("A\r\n\r\nB\r\n");
-    const QByteArray spaces(" G1 X 10\tY2 \r\n   \r\nZ\r\n");
+    const QByteArray blank("A\r\n\r\nB\r\n"), spaces(" G1 X 10\tY2 \r\n   \r\nZ\r\n");
     for (qint16 t : {1, 2}) {
-        const QByteArray n = QByteArray::number(t);
-        QTest::newRow("lines " + n)
-            << t << qint16(0) << three << QByteArray("R\rG90\rG1 X1\rM30\r") + Eot;
-        QTest::newRow("blank line ends " + n)
-            << t << qint16(0) << blank << QByteArray("R\rA\r") + Eot;
+        QTest::addRow("lines %d", t) << t << qint16(0) << Lines(3) << "R\r" + Lines(3, "\r") + Eot;
+        QTest::addRow("blank line ends %d", t) << t << qint16(0) << blank << "R\rA\r" + Eot;
     }
-    QTest::newRow("lines 3") << qint16(3) << qint16(0) << three << Xon + "G90\rG1 X1\rM30\r";
+    QTest::newRow("lines 3") << qint16(3) << qint16(0) << Lines(3) << Xon + Lines(3, "\r");
     QTest::newRow("no last line end")
-        << qint16(1) << qint16(0) << QByteArray("N10 G0") << QByteArray("R\rN10 G0\r") + Eot;
+        << qint16(1) << qint16(0) << QByteArray("N10 G0") << "R\rN10 G0\r" + Eot;
     QTest::newRow("CR alone ends lines")
-        << qint16(1) << qint16(0) << QByteArray("A\rB\r") << QByteArray("R\rA\rB\r") + Eot;
+        << qint16(1) << qint16(0) << Lines(2, "\r") << "R\r" + Lines(2, "\r") + Eot;
     QTest::newRow("blank first line")
-        << qint16(2) << qint16(0) << QByteArray("\r\nA\r\n") << QByteArray("R\r") + Eot;
+        << qint16(2) << qint16(0) << QByteArray("\r\nA\r\n") << "R\r" + Eot;
     QTest::newRow("blank line goes as CR 3") << qint16(3) << qint16(0) << blank << Xon + "A\r\rB\r";
     QTest::newRow("NoSpace, spaces line ends 1")
-        << qint16(1) << qint16(1) << spaces << QByteArray("R\rG1X10\tY2\r") + Eot;
+        << qint16(1) << qint16(1) << spaces << "R\rG1X10\tY2\r" + Eot;
     QTest::newRow("spaces kept 1")
-        << qint16(1) << qint16(0) << spaces << QByteArray("R\r G1 X 10\tY2 \r   \rZ\r") + Eot;
+        << qint16(1) << qint16(0) << spaces << "R\r G1 X 10\tY2 \r   \rZ\r" + Eot;
     QTest::newRow("NoSpace 3") << qint16(3) << qint16(1) << spaces << Xon + "G1X10\tY2\r\rZ\r";
     QTest::newRow("lone LF stays in the line")
-        << qint16(2) << qint16(0) << QByteArray("A\nB\nC\n") << QByteArray("R\rA\nB\nC\n\r") + Eot;
+        << qint16(2) << qint16(0) << Lines(3, "\n") << "R\r" + Lines(3, "\n") + "\r" + Eot;
     QTest::newRow("all bytes 1") << qint16(1) << qint16(0) << AllBytesButCr()
                                  << "R\r" + AllBytesButCr() + "\r" + Eot;
     QTest::newRow("all bytes 3") << qint16(3) << qint16(0) << AllBytesButCr()
                                  << Xon + AllBytesButCr() + "\r";
-    QTest::newRow("unknown control") << qint16(0) << qint16(0) << three << QByteArray();
+    QTest::newRow("unknown control") << qint16(0) << qint16(0) << Lines(3) << QByteArray();
     QTest::newRow("empty file") << qint16(1) << qint16(0) << QByteArray() << QByteArray();
 }
 
@@ -125,10 +116,10 @@ void TestSendData::wire() {
     Run r(type, file);
     QFETCH(qint16, noSpace);
     r.f.g.NoSpace = noSpace;
-    r.f.comm.stallOutput = 2;
-    r.f.comm.drainPerPoll = 1;
     // Each line must find the queue drained by the one before (types 1 and 2; nothing
     // drains behind "R").
+    r.f.comm.stallOutput = 2;
+    r.f.comm.drainPerPoll = 1;
     bool drainedFirst = true;
     QByteArray previous;
     auto answer = r.f.comm.onOutput;
@@ -149,27 +140,7 @@ void TestSendData::wire() {
     QCOMPARE(r.f.comm.settings, QStringLiteral("9600,E,7,1"));
     QCOMPARE(r.f.comm.dtr, !file.isEmpty());
     QCOMPARE(r.f.screen.pointers, (QList<int>{11, 0}));
-    if ((type == 1 || type == 2) && !file.isEmpty())
-        QCOMPARE(r.f.timer.interval(), 5000);
-    r.checkEndState();
-}
-
-void TestSendData::timeOutOnLineFive() {
-    Run r(2, TenLines());
-    r.f.timer.ms = 2000; // as start-up leaves it for "504"
-    r.answers = 5;       // "R" and lines 1 to 4
-    r.f.yield.idle = [&] {
-        if (r.f.comm.inbox.isEmpty())
-            r.f.timer.fire();
-    };
-    r.send();
-
-    QCOMPARE(r.f.comm.written(), QByteArray("R\rL1\rL2\rL3\rL4\rL5\r") + Eot);
-    QCOMPARE(r.f.screen.boxes.size(), 1);
-    QCOMPARE(r.f.screen.boxes[0].text, QStringLiteral("Timeout - No answer from CNC"));
-    QCOMPARE(r.f.screen.captions.size(), 1 + 5);
-    QVERIFY(r.f.g.TimedOut);
-    QCOMPARE(r.f.timer.interval(), 5000);
+    QCOMPARE(r.f.timer.interval(), (type == 0 || file.isEmpty()) ? 2000 : 5000);
     r.checkEndState();
 }
 
@@ -182,7 +153,7 @@ void TestSendData::stream_data() {
     QTest::addColumn<int>("writesWhileWaiting");
     QTest::addColumn<int>("waitInterval");
 
-    const QByteArray all = Xon + "L1\rL2\rL3\rL4\r";
+    const QByteArray all = Xon + Lines(4, "\r");
     QTest::newRow("no opening wait") << qint16(0) << QByteArray() << false << all << 0 << -1 << -1;
     QTest::newRow("opening X-on comes")
         << qint16(1) << QByteArray() << true << all << 0 << 1 << 60000;
@@ -191,7 +162,7 @@ void TestSendData::stream_data() {
     QTest::newRow("halted, resumed by X-on")
         << qint16(0) << QByteArray("\x13") << true << all << 0 << 3 << 5000;
     QTest::newRow("halted, no X-on")
-        << qint16(0) << QByteArray("?") << false << Xon + "L1\rL2\r" << 1 << 3 << 5000;
+        << qint16(0) << QByteArray("?") << false << Xon + Lines(2, "\r") << 1 << 3 << 5000;
     QTest::newRow("X-off and X-on together")
         << qint16(0) << QByteArray("\x13\x11") << false << all << 0 << -1 << 5000;
 }
@@ -200,12 +171,13 @@ void TestSendData::stream() {
     QFETCH(qint16, waitXon);
     QFETCH(QByteArray, haltWith);
     QFETCH(bool, resume);
-    Run r(3, "L1\r\nL2\r\nL3\r\nL4");
+    Run r(3, Lines(4));
     r.f.g.WaitXon = waitXon;
     r.f.comm.onOutput = [&](const QByteArray &b) {
         if (b == "L2\r")
             r.f.comm.inbox += haltWith; // any character halts the sender
     };
+    // The third pass of a wait sees what has been written, then the X-on or the tick comes.
     int waited = 0, writesWhileWaiting = -1, waitInterval = -1;
     r.f.yield.idle = [&] {
         if (!r.f.timer.on)
@@ -252,95 +224,90 @@ void TestSendData::caption() {
     QCOMPARE(r.f.screen.captions, expected);
 }
 
-void TestSendData::toolListFirst_data() {
-    QTest::addColumn<bool>("enabled");
-    QTest::addColumn<QByteArray>("file");
-    QTest::newRow("program") << true << QByteArray("T1\r\n");
-    QTest::newRow("empty file") << true << QByteArray();
-    QTest::newRow("no database") << false << QByteArray("T1\r\n");
-}
-
 void TestSendData::toolListFirst() {
+    // Before the port, the pointer or the label are touched; also for an empty file.
     struct Hook : ToolListHook {
         Run *r = nullptr;
         QStringList calls;
         void UpdateToolList(const QString &file) override {
-            // Before the port, the pointer or the label were touched.
             if (r->f.comm.opens == 0 && r->f.screen.pointers.isEmpty())
                 calls << file;
         }
-    } hook;
-    QFETCH(bool, enabled);
-    QFETCH(QByteArray, file);
-    Run r(1, file);
-    hook.r = &r;
-    r.f.link.toolList = &hook;
-    r.f.g.ToolDbEnabled = enabled;
-    r.send();
-    QCOMPARE(hook.calls, enabled ? QStringList{r.path} : QStringList());
+    };
+    for (const bool enabled : {true, false})
+        for (const QByteArray &file : {QByteArray("T1\r\n"), QByteArray()}) {
+            Run r(1, file);
+            Hook hook;
+            hook.r = &r;
+            r.f.link.toolList = &hook;
+            r.f.g.ToolDbEnabled = enabled;
+            r.send();
+            QCOMPARE(hook.calls, enabled ? QStringList{r.path} : QStringList());
+        }
 }
 
-void TestSendData::failure_data() {
+void TestSendData::ending_data() {
+    QTest::addColumn<qint16>("type");
     QTest::addColumn<QString>("fault");
     QTest::addColumn<QByteArray>("wire");
-    QTest::addColumn<QStringList>("told");
-    QTest::newRow("missing file") << "missing" << QByteArray()
-                                  << QStringList{"nothere.tap", "No such file"};
-    QTest::newRow("port will not open")
-        << "open" << QByteArray() << QStringList{"COM2: (/dev/x)", "busy"};
-    QTest::newRow("device fails on line 3")
-        << "line3" << QByteArray("R\rL1\rL2\rL3\r") << QStringList{"COM2: (/dev/x)", "went away"};
-    QTest::newRow("no port set up") << "settings" << QByteArray() << QStringList{"Setup"};
+    QTest::addColumn<QStringList>("told"); // what the one box says; none if empty
+    QTest::addColumn<int>("captions");
+
+    const QStringList none, port{"COM2: (/dev/x)", "went away"};
+    QTest::newRow("time-out on line 5 of 10")
+        << qint16(2) << "silent from line 5"
+        << "R\r" + Lines(5, "\r") + Eot << QStringList{"Timeout - No answer from CNC"} << 1 + 5;
+    QTest::newRow("window closed, 303") << qint16(1) << "close at line 2"
+                                        << "R\r" + Lines(2, "\r") + Eot << none << 1 + 2;
+    QTest::newRow("window closed, XonXoff")
+        << qint16(3) << "close at line 2" << Xon + Lines(2, "\r") << none << 1 + 2;
+    QTest::newRow("missing file") << qint16(1) << "missing" << QByteArray()
+                                  << QStringList{"nothere.tap", "No such file"} << 0;
+    QTest::newRow("port will not open") << qint16(1) << "open" << QByteArray() << port << 1;
+    QTest::newRow("device fails at line 3") << qint16(1) << "fail at line 3"
+                                            << "R\r" + Lines(3, "\r") << port << 1 + 3;
+    QTest::newRow("no port set up")
+        << qint16(1) << "settings" << QByteArray() << QStringList{"Setup"} << 0;
 }
 
-void TestSendData::failure() {
+void TestSendData::ending() {
+    QFETCH(qint16, type);
     QFETCH(QString, fault);
-    Run r(1, TenLines());
-    const CommError error{QStringLiteral("COM2: (/dev/x)"), QStringLiteral("busy")};
+    QFETCH(QStringList, told);
+    Run r(type, Lines(10));
+    const CommError gone{QStringLiteral("COM2: (/dev/x)"), QStringLiteral("it went away")};
     if (fault == "missing")
         r.path = r.dir.filePath(QStringLiteral("nothere.tap"));
     if (fault == "open")
-        r.f.comm.openError = error;
+        r.f.comm.openError = gone;
     if (fault == "settings")
         r.f.g.ComSettings.clear();
+    if (fault == "silent from line 5")
+        r.answers = 5; // "R" and lines 1 to 4
+    r.f.yield.idle = [&] {
+        if (r.f.comm.inbox.isEmpty())
+            r.f.timer.fire();
+    };
     auto answer = r.f.comm.onOutput;
     r.f.comm.onOutput = [&](const QByteArray &b) {
         answer(b);
-        if (fault == "line3" && b == "L3\r")
-            r.f.comm.deviceError = CommError{error.device, QStringLiteral("the device went away")};
+        if (fault == "close at line 2" && b == "L2\r")
+            r.f.g.Closing = true;
+        if (fault == "fail at line 3" && b == "L3\r")
+            r.f.comm.deviceError = gone;
     };
     r.send();
 
     QTEST(r.f.comm.written(), "wire");
-    QCOMPARE(r.f.screen.boxes.size(), 1);
-    QCOMPARE(r.f.screen.boxes[0].icon, BoxIcon::Critical);
-    QFETCH(QStringList, told);
+    QTEST(int(r.f.screen.captions.size()), "captions");
+    QCOMPARE(r.f.screen.boxes.size(), told.isEmpty() ? 0 : 1);
     for (const QString &t : told)
         QVERIFY2(r.f.screen.boxes[0].text.contains(t), qPrintable(r.f.screen.boxes[0].text));
-    if (fault != "line3")
+    if (!told.isEmpty())
+        QCOMPARE(r.f.screen.boxes[0].icon,
+                 fault.startsWith("silent") ? BoxIcon::None : BoxIcon::Critical);
+    if (fault == "missing" || fault == "settings" || fault == "open")
         QCOMPARE(r.f.comm.opens, 0);
-    r.checkEndState();
-}
-
-void TestSendData::windowClosed_data() {
-    QTest::addColumn<qint16>("type");
-    QTest::addColumn<QByteArray>("wire");
-    QTest::newRow("303") << qint16(1) << QByteArray("R\rL1\rL2\r") + Eot;
-    QTest::newRow("XonXoff") << qint16(3) << Xon + "L1\rL2\r";
-}
-
-void TestSendData::windowClosed() {
-    QFETCH(qint16, type);
-    Run r(type, TenLines());
-    auto answer = r.f.comm.onOutput;
-    r.f.comm.onOutput = [&](const QByteArray &b) {
-        answer(b);
-        if (b == "L2\r")
-            r.f.g.Closing = true;
-    };
-    r.send();
-    QTEST(r.f.comm.written(), "wire");
-    QVERIFY(r.f.screen.boxes.isEmpty());
     r.checkEndState();
 }
 
