@@ -1,0 +1,150 @@
+#include "vcontrol_process.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QFile>
+#include <QThread>
+
+VControlProcess::VControlProcess() {
+    m_process.setProcessChannelMode(QProcess::SeparateChannels);
+}
+
+VControlProcess::~VControlProcess() {
+    if (isRunning())
+        stop();
+}
+
+QString VControlProcess::program() {
+    return qEnvironmentVariable("DNC_VCONTROL");
+}
+
+bool VControlProcess::start(const QStringList &args, int timeoutMs) {
+    if (program().isEmpty()) {
+        m_error = "DNC_VCONTROL is not set";
+        return false;
+    }
+    if (!m_dir.isValid()) {
+        m_error = "no temporary folder: " + m_dir.errorString();
+        return false;
+    }
+    QStringList all = args;
+    all << "--log" << logPath();
+    if (!args.contains("--exit-after-idle"))
+        all << "--exit-after-idle"
+            << "120000";
+    m_process.start(program(), all);
+    if (!m_process.waitForStarted(timeoutMs)) {
+        m_error = program() + ": " + m_process.errorString();
+        return false;
+    }
+    // Its first line is the device, written once everything is set up.
+    QDeadlineTimer deadline(timeoutMs);
+    while (!m_process.canReadLine()) {
+        if (m_process.state() == QProcess::NotRunning || deadline.hasExpired() ||
+            !m_process.waitForReadyRead(int(deadline.remainingTime()))) {
+            if (m_process.state() != QProcess::NotRunning)
+                m_process.kill();
+            m_process.waitForFinished(1000);
+            m_error = "vcontrol did not start: " + QString::fromLocal8Bit(standardError());
+            return false;
+        }
+    }
+    m_device = QString::fromLocal8Bit(m_process.readLine()).trimmed();
+    return true;
+}
+
+bool VControlProcess::stop(int timeoutMs) {
+    if (!isRunning())
+        return true;
+    m_process.terminate();
+    if (m_process.waitForFinished(timeoutMs))
+        return true;
+    kill();
+    return false;
+}
+
+void VControlProcess::kill() {
+    m_process.kill();
+    m_process.waitForFinished(3000);
+}
+
+bool VControlProcess::waitForExit(int timeoutMs) {
+    return !isRunning() || m_process.waitForFinished(timeoutMs);
+}
+
+QByteArray VControlProcess::standardError() {
+    return m_process.readAllStandardError();
+}
+
+void VControlProcess::refresh() {
+    QFile f(logPath());
+    if (!f.open(QIODevice::ReadOnly) || f.size() <= m_logPos)
+        return;
+    f.seek(m_logPos);
+    QByteArray data = f.readAll();
+    m_logPos += data.size();
+    m_partial += data;
+    // Only whole lines: the control may be writing the next one right now.
+    qsizetype start = 0;
+    for (qsizetype nl; (nl = m_partial.indexOf('\n', start)) >= 0; start = nl + 1)
+        parseLine(m_partial.mid(start, nl - start));
+    m_partial.remove(0, start);
+}
+
+void VControlProcess::parseLine(const QByteArray &line) {
+    qsizetype s1 = line.indexOf(' ');
+    if (s1 < 0)
+        return;
+    qsizetype s2 = line.indexOf(' ', s1 + 1);
+    qint64 us = line.left(s1).toLongLong();
+    QByteArray kind = line.mid(s1 + 1, s2 < 0 ? -1 : s2 - s1 - 1);
+    QByteArray rest = s2 < 0 ? QByteArray() : line.mid(s2 + 1);
+    if (kind == "RX" || kind == "TX") {
+        QByteArray bytes = QByteArray::fromHex(rest);
+        bool rx = kind == "RX";
+        (rx ? m_rx : m_tx) += bytes;
+        m_chunks.append({us, rx, bytes});
+    } else if (kind == "EV") {
+        qsizetype sp = rest.indexOf(' ');
+        m_events.append({us, QString::fromUtf8(sp < 0 ? rest : rest.left(sp)),
+                         sp < 0 ? QString() : QString::fromUtf8(rest.mid(sp + 1))});
+    }
+}
+
+QList<QByteArray> VControlProcess::txChunks() const {
+    QList<QByteArray> out;
+    for (const Chunk &c : m_chunks)
+        if (!c.rx)
+            out.append(c.bytes);
+    return out;
+}
+
+QStringList VControlProcess::eventTexts(const QString &word) const {
+    QStringList out;
+    for (const Event &e : m_events)
+        if (e.word == word)
+            out.append(e.text);
+    return out;
+}
+
+bool VControlProcess::waitUntil(const std::function<bool()> &cond, int timeoutMs) {
+    QDeadlineTimer deadline(timeoutMs);
+    for (;;) {
+        refresh();
+        if (cond())
+            return true;
+        if (deadline.hasExpired())
+            return false;
+        if (QCoreApplication::instance())
+            QCoreApplication::processEvents();
+        QThread::msleep(2);
+    }
+}
+
+bool VControlProcess::waitForEvent(const QString &word, int count, int timeoutMs) {
+    return waitUntil([&] { return eventTexts(word).size() >= count; }, timeoutMs);
+}
+
+bool VControlProcess::waitForTx(qsizetype bytes, int timeoutMs) {
+    return waitUntil([&] { return m_tx.size() >= bytes; }, timeoutMs);
+}

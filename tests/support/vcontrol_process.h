@@ -1,0 +1,78 @@
+#pragma once
+// Runs the virtual control (tools/vcontrol, path in $DNC_VCONTROL) for a test, and reads its
+// wire log: the bytes each way, chunk by chunk with their times, and the control's events.
+
+#include <QByteArray>
+#include <QList>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <functional>
+
+class VControlProcess {
+public:
+    struct Chunk {
+        qint64 us;        // microseconds since the control started
+        bool rx;          // true: from the program to the control
+        QByteArray bytes; // one read or one write of the control
+    };
+    struct Event {
+        qint64 us;
+        QString word; // START, CMD, STORED, DELETED, MISSING, XOFF, XON, OVERRUN, CRASH, ...
+        QString text; // the rest of the line, e.g. "14 PROG1.NC" for STORED
+    };
+
+    VControlProcess();
+    ~VControlProcess(); // stops the control if it still runs
+    VControlProcess(const VControlProcess &) = delete;
+    VControlProcess &operator=(const VControlProcess &) = delete;
+
+    static QString program(); // $DNC_VCONTROL
+
+    // Starts the control with `args`; adds --log (in workDir) and, unless given, an idle exit
+    // so that a crashed test leaves nothing behind. Returns once the control is ready.
+    bool start(const QStringList &args, int timeoutMs = 5000);
+    QString device() const { return m_device; }      // the slave side of the pseudo-terminal
+    QString workDir() const { return m_dir.path(); } // lives as long as this object
+    QString logPath() const { return m_dir.filePath("wire.log"); }
+    QString errorString() const { return m_error; }
+
+    bool stop(int timeoutMs = 3000); // SIGTERM: a clean exit, the link removed
+    void kill();                     // SIGKILL: a cable pulled out
+    bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
+    // Waits for the control to end by itself (--crash-after-line, --exit-after-idle).
+    bool waitForExit(int timeoutMs = 5000);
+    int exitCode() const { return m_process.exitCode(); }
+    QByteArray standardError();
+
+    // Reads what the log has gained; the accessors below show what was read so far.
+    void refresh();
+    const QByteArray &rx() const { return m_rx; }
+    const QByteArray &tx() const { return m_tx; }
+    const QList<Chunk> &chunks() const { return m_chunks; }
+    QList<QByteArray> txChunks() const;
+    const QList<Event> &events() const { return m_events; }
+    QStringList eventTexts(const QString &word) const;
+
+    // Refreshes and runs the event loop until cond() holds; false at the timeout.
+    bool waitUntil(const std::function<bool()> &cond, int timeoutMs = 5000);
+    bool waitForEvent(const QString &word, int count = 1, int timeoutMs = 5000);
+    // The log line of a write follows the write: a reader can hold bytes that are not yet
+    // logged. Wait for them before comparing.
+    bool waitForTx(qsizetype bytes, int timeoutMs = 5000);
+
+private:
+    void parseLine(const QByteArray &line);
+
+    QTemporaryDir m_dir;
+    QProcess m_process;
+    QString m_device;
+    QString m_error;
+    qint64 m_logPos = 0;
+    QByteArray m_partial;
+    QByteArray m_rx;
+    QByteArray m_tx;
+    QList<Chunk> m_chunks;
+    QList<Event> m_events;
+};

@@ -1,0 +1,130 @@
+#include "xonxoff_control.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr char XON = 0x11;
+constexpr char XOFF = 0x13;
+
+} // namespace
+
+XonXoffControl::XonXoffControl(const Options &o, Wire &w, ProgramStore &store)
+    : m_o(o), m_w(w), m_store(store) {}
+
+void XonXoffControl::tx(char c) {
+    if (!m_o.silent)
+        m_w.send(std::string(1, c));
+}
+
+void XonXoffControl::run() {
+    for (;;) {
+        int64_t now = nowUs();
+        drain(now);
+        resumeIfDue(now);
+        if (m_inProgram && fill() == 0 && !held() &&
+            now - m_w.lastRxUs() >= int64_t(m_o.endGapMs) * 1000)
+            finish();
+
+        int64_t until = kForever;
+        if (fill() > 0) {
+            // Wake often enough to drain about one character at a time (1 to 5 ms).
+            until = now + std::clamp<int64_t>(1000000 / m_o.rate, 1000, 5000);
+            m_w.busy();
+        }
+        if (m_haltUntil >= 0) {
+            until = std::min(until, m_haltUntil);
+            m_w.busy();
+        }
+        if (m_inProgram && fill() == 0)
+            until = std::min(until, m_w.lastRxUs() + int64_t(m_o.endGapMs) * 1000);
+        if (m_w.receive(until)) {
+            std::string chunk(m_w.inbox());
+            m_w.consume(chunk.size());
+            take(chunk);
+        }
+    }
+}
+
+void XonXoffControl::drain(int64_t now) {
+    if (fill() > 0) {
+        m_credit += double(now - m_lastDrain) * double(m_o.rate) / 1e6;
+        size_t n = std::min(fill(), size_t(m_credit));
+        m_drained += n;
+        m_credit -= double(n);
+    }
+    m_lastDrain = now;
+}
+
+void XonXoffControl::resumeIfDue(int64_t now) {
+    if (!held())
+        return;
+    bool halting = m_haltUntil >= 0 && now < m_haltUntil;
+    if (halting || (m_xoffSent && fill() > size_t(m_o.xonAt)))
+        return;
+    tx(XON);
+    m_w.log().event("XON",
+                    std::to_string(m_afterHold) + " after hold, fill " + std::to_string(fill()));
+    m_xoffSent = false;
+    m_haltUntil = -1;
+}
+
+// One read's worth of characters, taken one at a time as a UART would.
+void XonXoffControl::take(std::string_view chunk) {
+    if (held())
+        m_afterHold += long(chunk.size());
+    m_maxAfterHold = std::max(m_maxAfterHold, m_afterHold);
+    if (fill() == 0) {
+        m_lastDrain = nowUs(); // the machine starts on what has just come, not before
+        m_credit = 0;
+    }
+    long lost = 0;
+    for (char c : chunk) {
+        if (!m_inProgram) {
+            m_inProgram = true;
+            if (c == XON) { // the program's opening X-on is no part of the program
+                if (m_o.xonAtStart) {
+                    if (m_o.delayMs > 0)
+                        m_w.pause(m_o.delayMs);
+                    tx(XON);
+                }
+                continue;
+            }
+        }
+        if (fill() >= size_t(m_o.buffer)) {
+            ++lost;
+            continue;
+        }
+        m_program.push_back(c);
+        if (!m_xoffSent && fill() >= size_t(m_o.xoffAt)) {
+            tx(XOFF);
+            m_w.log().event("XOFF", "fill " + std::to_string(fill()));
+            if (!held())
+                m_afterHold = 0;
+            m_xoffSent = true;
+        }
+        if (c == '\r' && ++m_lines == m_o.haltAfterLine) {
+            tx(char(m_o.haltChar));
+            m_w.log().event("HALT", "after line " + std::to_string(m_lines));
+            if (!held())
+                m_afterHold = 0;
+            m_haltUntil = nowUs() + int64_t(m_o.haltMs) * 1000;
+        }
+    }
+    if (lost > 0) {
+        m_overruns += lost;
+        m_w.log().event("OVERRUN",
+                        std::to_string(lost) + " lost, " + std::to_string(m_overruns) + " in all");
+    }
+}
+
+void XonXoffControl::finish() {
+    std::string name = m_program.empty() ? std::string() : m_store.storeNew(m_program);
+    m_w.log().event(name.empty() ? "RECEIVED" : "STORED",
+                    std::to_string(m_program.size()) + (name.empty() ? "" : " " + name));
+    m_program.clear();
+    m_drained = 0;
+    m_credit = 0;
+    m_inProgram = false;
+    m_lines = 0;
+}

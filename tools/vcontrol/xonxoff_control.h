@@ -1,0 +1,46 @@
+#pragma once
+// A control of type XonXoff: the program streams lines into an input buffer that the machine
+// drains at a fixed rate; X-off at the high-water mark and X-on at the low one pace the sender.
+
+#include "options.h"
+#include "program_store.h"
+#include "wire.h"
+
+#include <string>
+#include <string_view>
+
+class XonXoffControl {
+public:
+    XonXoffControl(const Options &o, Wire &w, ProgramStore &store);
+
+    // Runs until Stopped is thrown.
+    [[noreturn]] void run();
+
+    long overruns() const { return m_overruns; }
+    // The most characters that came in after an X-off (or the halt character) went out.
+    long maxAfterHold() const { return m_maxAfterHold; }
+
+private:
+    size_t fill() const { return m_program.size() - m_drained; }
+    bool held() const { return m_xoffSent || m_haltUntil >= 0; }
+    void take(std::string_view chunk);
+    void drain(int64_t now);
+    void resumeIfDue(int64_t now);
+    void finish();
+    void tx(char c);
+
+    const Options &m_o;
+    Wire &m_w;
+    ProgramStore &m_store;
+    std::string m_program; // every character accepted, in order
+    size_t m_drained = 0;  // how many of them the machine has taken
+    double m_credit = 0;   // characters the machine may take and has not yet
+    int64_t m_lastDrain = 0;
+    bool m_inProgram = false;
+    bool m_xoffSent = false;
+    int64_t m_haltUntil = -1; // -1: no halt
+    long m_lines = 0;
+    long m_afterHold = 0;
+    long m_maxAfterHold = 0;
+    long m_overruns = 0;
+};
