@@ -1,0 +1,294 @@
+// Figures of the transmit path on this machine, in one run (not a test: it prints, it does not
+// judge):
+//   1. line turnaround of SendData against the virtual control answering at once, beside a
+//      minimal blocking loop over the same kind of pseudo-terminal and control;
+//   2. CPU used while a wait runs through 5 seconds of silence;
+//   3. a 1 MB program on "XonXoff" against a control that drains 20 000 characters a second:
+//      complete and byte for byte, overruns, the most sent after an X-off, peak memory.
+#include "event_loop_yield.h"
+#include "qt_link_timer.h"
+#include "serial_comm.h"
+#include "transfer.h"
+#include "vcontrol_process.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <algorithm>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <termios.h>
+#include <unistd.h>
+
+namespace {
+
+// The screen of a run nobody watches: keeps nothing, so it does not weigh on memory.
+class QuietScreen : public Screen {
+public:
+    int boxes = 0;
+    void setLabel1Caption(const QString &) override {}
+    void setLabel1Visible(bool) override {}
+    void setText1Text(const QString &) override {}
+    void setText1Visible(bool) override {}
+    void setList1Visible(bool) override {}
+    void list1Clear() override {}
+    void list1AddItem(const QString &) override {}
+    void list1Refresh() override {}
+    int list1Count() const override { return 0; }
+    int list1ListIndex() const override { return -1; }
+    QString list1List(int) const override { return {}; }
+    void repaint() override {}
+    void setMousePointer(int) override {}
+    void msgBox(const QString &, BoxIcon, const QString &) override { ++boxes; }
+    QString inputBox(const QString &, const QString &, const QString &) override { return {}; }
+    QString showOpen(const FileDialogRequest &) override { return {}; }
+    QString showSave(const FileDialogRequest &) override { return {}; }
+};
+
+struct Sender {
+    Globals g;
+    SerialComm comm;
+    QtLinkTimer timer{g};
+    EventLoopYield yield;
+    QuietScreen screen;
+    CmDialog dialog;
+    Link link{g, comm, timer, yield, screen, dialog};
+    Sender(const QString &device, qint16 type) : comm(device) {
+        g.ComSettings = QStringLiteral("COM1:9600,N,8,1");
+        g.CncType = type;
+        g.CR = "\r";
+    }
+};
+
+double CpuSeconds() {
+    rusage u{};
+    getrusage(RUSAGE_SELF, &u);
+    return double(u.ru_utime.tv_sec + u.ru_stime.tv_sec) +
+           double(u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1e6;
+}
+
+long VmHwmKb() {
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return -1;
+    const auto m = QRegularExpression(QStringLiteral("VmHWM:\\s+(\\d+)"))
+                       .match(QString::fromLatin1(status.readAll()));
+    return m.hasMatch() ? m.captured(1).toLong() : -1;
+}
+
+// A program of `lines` lines, or of at least `bytes` bytes, CR LF line ends.
+QByteArray Program(int lines, qint64 bytes = 0) {
+    QByteArray p;
+    for (int i = 1; i <= lines || p.size() < bytes; ++i)
+        p += QStringLiteral("N%1 G01 X%2.%3 Y-12.5 F300\r\n")
+                 .arg(i)
+                 .arg(i % 500)
+                 .arg(i % 1000, 3, 10, QLatin1Char('0'))
+                 .toLatin1();
+    return p;
+}
+
+QString WriteFile(const QTemporaryDir &dir, const QString &name, const QByteArray &bytes) {
+    const QString path = dir.filePath(name);
+    QFile f(path);
+    if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size())
+        qFatal("cannot write %s", qPrintable(path));
+    return path;
+}
+
+bool Start(VControlProcess &vc, const QStringList &args) {
+    if (vc.start(args))
+        return true;
+    std::fprintf(stderr, "vcontrol: %s\n", qPrintable(vc.errorString()));
+    return false;
+}
+
+// What a plain program would do: write, then block in read until the go-ahead.
+bool ReadGoAhead(int fd) {
+    QByteArray got;
+    char buf[256];
+    for (;;) {
+        const ssize_t n = ::read(fd, buf, sizeof buf);
+        if (n <= 0)
+            return false;
+        got.append(buf, n);
+        const qsizetype dle = got.indexOf('\x10');
+        if (dle >= 0 && got.indexOf('7', dle) >= 0)
+            return true;
+    }
+}
+
+struct Rate {
+    double linesPerS = -1;
+    double cpuUsPerLine = -1; // of this process
+};
+
+Rate BlockingLoop(const QString &device, const QList<QByteArray> &lines) {
+    const int fd = ::open(qPrintable(device), O_RDWR | O_NOCTTY);
+    if (fd < 0)
+        return {};
+    termios t{};
+    tcgetattr(fd, &t);
+    cfmakeraw(&t);
+    tcsetattr(fd, TCSANOW, &t);
+    QElapsedTimer clock;
+    clock.start();
+    const double cpu0 = CpuSeconds();
+    bool ok = ::write(fd, "R\r", 2) == 2 && ReadGoAhead(fd);
+    for (const QByteArray &line : lines) {
+        const QByteArray out = line + '\r';
+        ok = ok && ::write(fd, out.data(), out.size()) == out.size() && ReadGoAhead(fd);
+    }
+    ok = ok && ::write(fd, "\x04\r", 2) == 2 && tcdrain(fd) == 0;
+    const double s = double(clock.nsecsElapsed()) / 1e9;
+    const double cpu = CpuSeconds() - cpu0;
+    ::close(fd);
+    if (!ok)
+        return {};
+    return {double(lines.size()) / s, cpu * 1e6 / double(lines.size())};
+}
+
+Rate SendDataRate(const QString &device, const QString &path, int n) {
+    Sender s(device, 1);
+    QElapsedTimer clock;
+    clock.start();
+    const double cpu0 = CpuSeconds();
+    SendData(s.link, path);
+    const double secs = double(clock.nsecsElapsed()) / 1e9;
+    const double cpu = CpuSeconds() - cpu0;
+    return s.screen.boxes == 0 ? Rate{n / secs, cpu * 1e6 / n} : Rate{};
+}
+
+void Turnaround(const QTemporaryDir &dir) {
+    const int n = 20000, rounds = 3;
+    const QByteArray program = Program(n);
+    const QString path = WriteFile(dir, QStringLiteral("turn.tap"), program);
+    const QByteArray wire = "R\r" + QByteArray(program).replace("\r\n", "\r") + "\x04\r";
+    QList<QByteArray> lines = program.split('\n');
+    lines.removeLast();
+    for (QByteArray &l : lines)
+        l.chop(1); // the CR
+
+    VControlProcess vc, plain;
+    if (!Start(vc, {"--type", "303"}) || !Start(plain, {"--type", "303"}))
+        return;
+    std::printf("1. Line turnaround, %d lines to the control \"303\" answering at once, "
+                "%d rounds taken in turn\n",
+                n, rounds);
+    double best = 0, bestPlain = 0;
+    for (int r = 1; r <= rounds; ++r) {
+        const Rate send = SendDataRate(vc.device(), path, n);
+        vc.waitUntil([&] { return vc.rx().size() >= r * wire.size(); }, 10000);
+        const bool complete = vc.rx() == wire.repeated(r);
+        const Rate loop = BlockingLoop(plain.device(), lines);
+        std::printf("   round %d: SendData %7.0f lines/s (%5.1f us CPU a line, %s), "
+                    "blocking loop %7.0f lines/s (%5.1f us CPU a line), ratio %.2f\n",
+                    r, send.linesPerS, send.cpuUsPerLine,
+                    complete ? "arrived complete" : "INCOMPLETE", loop.linesPerS, loop.cpuUsPerLine,
+                    send.linesPerS / loop.linesPerS);
+        best = std::max(best, send.linesPerS);
+        bestPlain = std::max(bestPlain, loop.linesPerS);
+    }
+    std::printf("   best of each: %.0f against %.0f lines/s, ratio %.2f (goal: at least 0.8)\n\n",
+                best, bestPlain, best / bestPlain);
+}
+
+void SilentWait(const QTemporaryDir &dir) {
+    const QString path = WriteFile(dir, QStringLiteral("one.tap"), "G1 X1\r\n");
+    VControlProcess vc;
+    if (!Start(vc, {"--type", "303", "--silent"}))
+        return;
+    Sender s(vc.device(), 1);
+    QElapsedTimer clock;
+    clock.start();
+    const double cpu0 = CpuSeconds();
+    SendData(s.link, path); // "R" CR, then 5 s without an answer
+    const double cpu = CpuSeconds() - cpu0;
+    const double wall = double(clock.nsecsElapsed()) / 1e9;
+    std::printf("2. A wait through silence (time-out at 5000 ms, %d message box)\n",
+                s.screen.boxes);
+    std::printf("   wall %.2f s, CPU %.3f s: %.2f%% of one core (goal: under 5%%)\n\n", wall, cpu,
+                100.0 * cpu / wall);
+}
+
+struct StreamResult {
+    bool complete = false;
+    QString summary; // the control's own count of overruns and the most after a hold
+    long hwmKb = 0;
+    double seconds = 0;
+};
+
+StreamResult Stream(const QTemporaryDir &dir, const QByteArray &program, const QStringList &args) {
+    StreamResult r;
+    const QString path = WriteFile(dir, QStringLiteral("big.LCC"), program);
+    QTemporaryDir store;
+    VControlProcess vc;
+    if (!Start(vc, QStringList{"--type", "XonXoff", "--dir", store.path()} + args))
+        return r;
+    {
+        Sender s(vc.device(), 3);
+        QElapsedTimer clock;
+        clock.start();
+        SendData(s.link, path);
+        r.seconds = double(clock.nsecsElapsed()) / 1e9;
+        r.hwmKb = VmHwmKb(); // before the log of the run is read into this process
+    }
+    vc.waitForEvent(QStringLiteral("STORED"), 1, 120000);
+    vc.stop();
+    vc.refresh();
+    const QStringList exit = vc.eventTexts(QStringLiteral("EXIT"));
+    r.summary = exit.isEmpty() ? QStringLiteral("no summary") : exit.last();
+    const QStringList stored = QDir(store.path()).entryList(QDir::Files);
+    QFile got(store.filePath(stored.value(0)));
+    r.complete = stored.size() == 1 && got.open(QIODevice::ReadOnly) &&
+                 got.readAll() == QByteArray(program).replace("\r\n", "\r");
+    return r;
+}
+
+void Paced(const QTemporaryDir &dir) {
+    const long before = VmHwmKb();
+    const QByteArray mb = Program(0, 1 << 20);
+    const StreamResult one = Stream(
+        dir, mb, {"--buffer", "4096", "--xoff-at", "3072", "--xon-at", "1024", "--rate", "20000"});
+    std::printf("3. \"XonXoff\", %lld bytes, control buffer 4096, X-off at 3072, X-on at 1024, "
+                "20 000 characters/s\n",
+                qint64(mb.size()));
+    std::printf("   %.1f s, %s; control: %s (goal: most after hold at most 512 + one "
+                "line of %d)\n",
+                one.seconds, one.complete ? "arrived complete, byte for byte" : "NOT COMPLETE",
+                qPrintable(one.summary), int(mb.indexOf('\n') + 1));
+
+    // The same sender on a program four times larger, drained fast: peak memory must not follow.
+    const QByteArray big = Program(0, 4 << 20);
+    const StreamResult four =
+        Stream(dir, big, {"--buffer", QString::number(1 << 20), "--rate", "10000000"});
+    std::printf("   peak memory (VmHWM): %ld kB before, %ld kB after 1 MB, %ld kB after 4 MB "
+                "(%s)\n",
+                before, one.hwmKb, four.hwmKb,
+                four.complete ? "4 MB arrived complete" : "4 MB NOT COMPLETE");
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    QCoreApplication app(argc, argv);
+#ifdef DNC_VCONTROL_PATH
+    if (qEnvironmentVariableIsEmpty("DNC_VCONTROL"))
+        qputenv("DNC_VCONTROL", DNC_VCONTROL_PATH);
+#endif
+    // Parts by number ("bench_send 1 3"); all of them without arguments.
+    const QStringList parts = app.arguments().mid(1);
+    const auto wanted = [&](const char *n) { return parts.isEmpty() || parts.contains(n); };
+    QTemporaryDir dir;
+    if (wanted("1"))
+        Turnaround(dir);
+    if (wanted("2"))
+        SilentWait(dir);
+    if (wanted("3"))
+        Paced(dir);
+    return 0;
+}
