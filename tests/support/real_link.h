@@ -1,0 +1,36 @@
+#pragma once
+// A link of real pieces for tests against the virtual control: the real port on the
+// control's pseudo-terminal, the link's clock (run `divisor` times faster, so that a silence
+// ends a wait without real seconds), the event loop's yield, and a recording screen whose
+// operator picks an entry of List1 as soon as it shows one.
+
+#include "event_loop_yield.h"
+#include "fake_link.h"
+#include "qt_link_timer.h"
+#include "serial_comm.h"
+
+class OperatorScreen : public RecordingScreen {
+public:
+    int pick = -1; // the entry the operator clicks; -1: none
+    int list1ListIndex() const override { return list1Visible && pick < list1Count() ? pick : -1; }
+};
+
+struct RealLink {
+    Globals g;
+    SerialComm comm;
+    QtLinkTimer timer;
+    EventLoopYield yield;
+    OperatorScreen screen;
+    CmDialog dialog;
+    Link link{g, comm, timer, yield, screen, dialog};
+
+    RealLink(const QString &device, qint16 cncType, int divisor = 20)
+        : comm(device), timer(g, divisor) {
+        g.ComSettings = QStringLiteral("COM1:9600,N,8,1"); // 8 bits: every byte value passes
+        g.CncType = cncType;
+        g.PromptSeq = QByteArray("\x10\x37");
+        g.CR = QByteArray("\r");
+        // As after a first transmission: long enough for a loaded test machine.
+        timer.setInterval(5000);
+    }
+};
