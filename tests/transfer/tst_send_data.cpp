@@ -1,6 +1,7 @@
 // SendData over the scripted port: the exact bytes per control type, the waits it makes, what
 // the operator sees, and every way it can end.
 #include "fake_link.h"
+#include "send_cases.h"
 #include "transfer.h"
 
 #include <QFile>
@@ -10,21 +11,6 @@
 namespace {
 const QByteArray Eot("\x04\r");
 const QByteArray Xon("\x11");
-
-QByteArray AllBytesButCr() {
-    QByteArray all;
-    for (int c = 1; c <= 255; ++c)
-        if (c != '\r')
-            all += char(c);
-    return all;
-}
-
-QByteArray Lines(int n, const char *end = "\r\n") {
-    QByteArray file;
-    for (int i = 1; i <= n; ++i)
-        file += "L" + QByteArray::number(i) + end;
-    return file;
-}
 
 // A fresh link, a program file, and a control that answers the first `answers` writes with
 // DLE "7" (types 1 and 2: every one).
@@ -82,30 +68,8 @@ void TestSendData::wire_data() {
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<QByteArray>("wire");
 
-    const QByteArray blank("A\r\n\r\nB\r\n"), spaces(" G1 X 10\tY2 \r\n   \r\nZ\r\n");
-    for (qint16 t : {1, 2}) {
-        QTest::addRow("lines %d", t) << t << qint16(0) << Lines(3) << "R\r" + Lines(3, "\r") + Eot;
-        QTest::addRow("blank line ends %d", t) << t << qint16(0) << blank << "R\rA\r" + Eot;
-    }
-    QTest::newRow("lines 3") << qint16(3) << qint16(0) << Lines(3) << Xon + Lines(3, "\r");
-    QTest::newRow("no last line end")
-        << qint16(1) << qint16(0) << QByteArray("N10 G0") << "R\rN10 G0\r" + Eot;
-    QTest::newRow("CR alone ends lines")
-        << qint16(1) << qint16(0) << Lines(2, "\r") << "R\r" + Lines(2, "\r") + Eot;
-    QTest::newRow("blank first line")
-        << qint16(2) << qint16(0) << QByteArray("\r\nA\r\n") << "R\r" + Eot;
-    QTest::newRow("blank line goes as CR 3") << qint16(3) << qint16(0) << blank << Xon + "A\r\rB\r";
-    QTest::newRow("NoSpace, spaces line ends 1")
-        << qint16(1) << qint16(1) << spaces << "R\rG1X10\tY2\r" + Eot;
-    QTest::newRow("spaces kept 1")
-        << qint16(1) << qint16(0) << spaces << "R\r G1 X 10\tY2 \r   \rZ\r" + Eot;
-    QTest::newRow("NoSpace 3") << qint16(3) << qint16(1) << spaces << Xon + "G1X10\tY2\r\rZ\r";
-    QTest::newRow("lone LF stays in the line")
-        << qint16(2) << qint16(0) << Lines(3, "\n") << "R\r" + Lines(3, "\n") + "\r" + Eot;
-    QTest::newRow("all bytes 1") << qint16(1) << qint16(0) << AllBytesButCr()
-                                 << "R\r" + AllBytesButCr() + "\r" + Eot;
-    QTest::newRow("all bytes 3") << qint16(3) << qint16(0) << AllBytesButCr()
-                                 << Xon + AllBytesButCr() + "\r";
+    for (const WireCase &c : WireCases())
+        QTest::newRow(c.name.constData()) << c.type << c.noSpace << c.file << c.wire;
     QTest::newRow("unknown control") << qint16(0) << qint16(0) << Lines(3) << QByteArray();
     QTest::newRow("empty file") << qint16(1) << qint16(0) << QByteArray() << QByteArray();
 }

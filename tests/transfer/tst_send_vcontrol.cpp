@@ -4,6 +4,7 @@
 #include "event_loop_yield.h"
 #include "fake_link.h"
 #include "qt_link_timer.h"
+#include "send_cases.h"
 #include "serial_comm.h"
 #include "transfer.h"
 #include "vcontrol_process.h"
@@ -14,18 +15,6 @@
 #include <QThread>
 
 namespace {
-QByteArray Lines(int n) {
-    QByteArray file;
-    for (int i = 1; i <= n; ++i)
-        file += "L" + QByteArray::number(i) + "\r\n";
-    return file;
-}
-
-QByteArray Sent(int n) // the same lines as they go on the wire
-{
-    return QByteArray(Lines(n)).replace("\r\n", "\r");
-}
-
 // A busy window: each pass takes a while, so a halt from the control finds lines unsent.
 struct SlowYield : EventLoopYield {
     unsigned long us = 0;
@@ -35,13 +24,6 @@ struct SlowYield : EventLoopYield {
     }
 };
 
-QByteArray AllBytesButCr() {
-    QByteArray all;
-    for (int c = 1; c <= 255; ++c)
-        if (c != '\r')
-            all += char(c);
-    return all;
-}
 } // namespace
 
 class TestSendVControl : public QObject {
@@ -61,7 +43,7 @@ void TestSendVControl::initTestCase() {
 void TestSendVControl::wire_data() {
     QTest::addColumn<QStringList>("control");
     QTest::addColumn<qint16>("type");
-    QTest::addColumn<qint16>("option"); // NoSpace on 1 and 2, WaitXon on 3
+    QTest::addColumn<qint16>("option"); // 1: NoSpace, 2: WaitXon
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<QByteArray>("rx"); // what reaches the control
     QTest::addColumn<QString>("told");  // "", "timeout" or "critical"
@@ -69,40 +51,25 @@ void TestSendVControl::wire_data() {
     const QStringList c303{"--type", "303"}, c504{"--type", "504"};
     const QStringList cXon{"--type", "XonXoff", "--rate", "200000", "--end-gap", "200"};
     const QByteArray eot("\x04\r"), xon("\x11");
-    const QByteArray spaces(" G1 X 10\tY2 \r\n   \r\nZ\r\n");
-    QTest::newRow("303 lines") << c303 << qint16(1) << qint16(0) << Lines(3)
-                               << "R\r" + Sent(3) + eot << "";
-    QTest::newRow("504 one line without end")
-        << c504 << qint16(2) << qint16(0) << QByteArray("N10 G0") << "R\rN10 G0\r" + eot << "";
-    QTest::newRow("303 blank line ends")
-        << c303 << qint16(1) << qint16(0) << QByteArray("A\r\n\r\nB\r\n") << "R\rA\r" + eot << "";
-    QTest::newRow("XonXoff blank line goes as CR")
-        << cXon << qint16(3) << qint16(0) << QByteArray("A\r\n\r\nB\r\n") << xon + "A\r\rB\r"
-        << "";
-    QTest::newRow("303 NoSpace") << c303 << qint16(1) << qint16(1) << spaces
-                                 << "R\rG1X10\tY2\r" + eot << "";
-    QTest::newRow("504 lone LF") << c504 << qint16(2) << qint16(0) << QByteArray("A\nB\n")
-                                 << "R\rA\nB\n\r" + eot << "";
-    QTest::newRow("303 all bytes") << c303 << qint16(1) << qint16(0) << AllBytesButCr()
-                                   << "R\r" + AllBytesButCr() + "\r" + eot << "";
-    QTest::newRow("XonXoff all bytes")
-        << cXon << qint16(3) << qint16(0) << AllBytesButCr() << xon + AllBytesButCr() + "\r"
-        << "";
+    const QStringList byType[] = {{}, c303, c504, cXon};
+    for (const WireCase &c : WireCases())
+        QTest::newRow(c.name.constData())
+            << byType[c.type] << c.type << c.noSpace << c.file << c.wire << "";
     QTest::newRow("XonXoff waits for X-on") << cXon + QStringList{"--xon-at-start"} << qint16(3)
-                                            << qint16(1) << Lines(5) << xon + Sent(5) << "";
+                                            << qint16(2) << Lines(5) << xon + Lines(5, "\r") << "";
     QTest::newRow("XonXoff, no opening X-on")
-        << cXon << qint16(3) << qint16(1) << Lines(5) << xon << "timeout";
+        << cXon << qint16(3) << qint16(2) << Lines(5) << xon << "timeout";
     // Kept below the X-off mark: a pseudo-terminal takes in all that is written, whether the
     // control has read it or not, so nothing but a real line bounds what is in flight.
     QTest::newRow("XonXoff halted and resumed")
         << cXon + QStringList{"--halt-after-line", "2", "--halt-char", "3f", "--halt-ms", "150"}
-        << qint16(3) << qint16(0) << Lines(600) << xon + Sent(600) << "";
+        << qint16(3) << qint16(0) << Lines(600) << xon + Lines(600, "\r") << "";
     QTest::newRow("504 time-out on line 5 of 10")
         << c504 + QStringList{"--silent-from-line", "5"} << qint16(2) << qint16(0) << Lines(10)
-        << "R\r" + Sent(5) + eot << "timeout";
+        << "R\r" + Lines(5, "\r") + eot << "timeout";
     QTest::newRow("303 control dies after line 3")
         << c303 + QStringList{"--crash-after-line", "3"} << qint16(1) << qint16(0) << Lines(10)
-        << "R\r" + Sent(3) << "critical";
+        << "R\r" + Lines(3, "\r") << "critical";
 }
 
 void TestSendVControl::wire() {
@@ -124,8 +91,8 @@ void TestSendVControl::wire() {
     Globals g;
     g.ComSettings = QStringLiteral("COM1:9600,N,8,1");
     g.CncType = type;
-    g.NoSpace = type == 3 ? 0 : option;
-    g.WaitXon = type == 3 ? option : 0;
+    g.NoSpace = option & 1;
+    g.WaitXon = option & 2 ? 1 : 0;
     g.CR = "\r";
     SerialComm comm(vc.device());
     QtLinkTimer timer(g, 20);
