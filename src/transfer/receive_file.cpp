@@ -37,8 +37,8 @@ void ReceiveFile(Link &l) {
     if (portFailed)
         return;
 
-    // A window that is closing gets no save dialog.
-    if (!reply.isEmpty() && !l.g.Closing) {
+    // Also when the window is closing: what came is offered for saving before the end.
+    if (!reply.isEmpty()) {
         l.screen.setText1Visible(true);
         l.screen.setText1Text(QString::fromLatin1(reply));
         SaveFile(l, reply);
