@@ -7,6 +7,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <cmath>
 #include <cerrno>
 #include <cstring>
 #include <sys/ioctl.h>
@@ -121,6 +122,10 @@ void SerialComm::open() {
     m_closePosted = false;
 
     const QString path = devicePath();
+    const bool pty = IsPseudoTerminal(path);
+    m_pty = pty && m_pacePty;
+    m_wire = 0;
+    m_wireClock.start();
     // Qt locks by name: the real device, so that two names for one port still collide.
     const QString real = QFileInfo(path).canonicalFilePath();
     m_port.setPortName(real.isEmpty() ? path : real);
@@ -128,7 +133,7 @@ void SerialComm::open() {
     m_quiet = true;
     bool ok = openWith(m_settings);
     bool plain = false;
-    if (!ok && IsPseudoTerminal(path)) {
+    if (!ok && pty) {
         // A pseudo-terminal runs 8 bits without parity and may refuse anything else; a
         // real line would take them, so this is no fault of the operator's settings.
         const QString why = m_port.errorString();
@@ -235,9 +240,20 @@ void SerialComm::push() {
         m_port.flush(); // one chunk to the driver; a full driver queue is no error
 }
 
+void SerialComm::settleWire() const {
+    const double perSecond = double(m_settings.baud) / m_settings.bitsPerCharacter();
+    const qint64 ns = m_wireClock.nsecsElapsed();
+    m_wireClock.start();
+    m_wire = std::max(0.0, m_wire - perSecond * double(ns) / 1e9);
+}
+
 qint64 SerialComm::inFlight() const {
     if (!m_port.isOpen())
         return 0;
+    if (m_pty) {
+        settleWire();
+        return std::max<qint64>(m_port.bytesToWrite(), qint64(std::ceil(m_wire)));
+    }
     int driver = 0;
     if (::ioctl(m_port.handle(), TIOCOUTQ, &driver) != 0 || driver < 0)
         driver = 0;
@@ -280,6 +296,10 @@ void SerialComm::output(const QByteArray &bytes) {
         }
         if (m_trace)
             m_trace->bytes(WireTrace::Direction::Sent, piece);
+        if (m_pty) {
+            settleWire();
+            m_wire += double(piece.size());
+        }
         done += piece.size();
         push();
         requireUsable();

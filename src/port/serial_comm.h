@@ -6,6 +6,7 @@
 #include "comm.h"
 #include "line_settings.h"
 
+#include <QElapsedTimer>
 #include <QSerialPort>
 #include <QTimer>
 #include <functional>
@@ -32,6 +33,10 @@ public:
     // Output and the drain before closing then stop waiting.
     void setAbandon(std::function<bool()> abandoned) { m_abandoned = std::move(abandoned); }
 
+    // On a pseudo-terminal, let characters out at the line's speed (the default). Off, it
+    // takes them as fast as the kernel does: only for measuring the program's own overhead.
+    void setPacePseudoTerminal(bool on) { m_pacePty = on; }
+
     void setCommPort(int port) override { m_commPort = port; }
     void setSettings(const QString &settings) override;
     void setDTREnable(bool on) override;
@@ -57,6 +62,15 @@ private:
     void onError(QSerialPort::SerialPortError error);
     bool abandoned() const { return m_abandoned && m_abandoned(); }
     void trace(const QString &event);
+    void settleWire() const;
+
+    // A pseudo-terminal has no line: the kernel takes any amount at once and its queue reads
+    // empty. There the characters handed over are let out at the line's speed in our own
+    // count, so that the bound on what is in flight holds as on a real port.
+    bool m_pacePty = true;
+    bool m_pty = false; // paced as a line, see above
+    mutable double m_wire = 0; // characters handed over and not yet out at the line's speed
+    mutable QElapsedTimer m_wireClock;
 
     QSerialPort m_port;
     QTimer m_wake; // wakes the waits while only the driver's queue drains
