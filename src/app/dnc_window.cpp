@@ -10,9 +10,9 @@
 #include "tool_db.h"
 #include "tool_grid.h"
 #include "tool_list_model.h"
+#include "transfer.h"
 #include "twips.h"
 #include "update_tool_list.h"
-#include "transfer.h"
 #include "window_screen.h"
 
 #include <QCloseEvent>
@@ -24,8 +24,7 @@
 
 DncWindow::DncWindow(Globals &g, Comm &comm, LinkTimer &timer, Yield &yield,
                      const QString &commandLine, QWidget *parent)
-    : QWidget(parent), m_g(g), m_timer(timer), m_comm(comm), m_yield(yield)
-{
+    : QWidget(parent), m_g(g), m_timer(timer), m_comm(comm), m_yield(yield) {
     createControls();
     m_screen = std::make_unique<WindowScreen>(this, Label1, Text1, List1);
     m_link = std::make_unique<Link>(Link{m_g, m_comm, m_timer, m_yield, *m_screen, m_dialog});
@@ -34,13 +33,11 @@ DncWindow::DncWindow(Globals &g, Comm &comm, LinkTimer &timer, Yield &yield,
 
 DncWindow::~DncWindow() = default;
 
-Screen &DncWindow::screen()
-{
+Screen &DncWindow::screen() {
     return *m_screen;
 }
 
-void DncWindow::Form_Load(const QString &commandLine)
-{
+void DncWindow::Form_Load(const QString &commandLine) {
     m_g.ToolDbEnabled = false;
     GetParameter(m_g, commandLine);
     InitTexts(m_g);
@@ -69,8 +66,7 @@ void DncWindow::Form_Load(const QString &commandLine)
     setCaption();
 }
 
-void DncWindow::openToolDatabase()
-{
+void DncWindow::openToolDatabase() {
     if (!m_g.ToolDbEnabled)
         return;
     const QString problem = CheckToolDatabase(m_g.DatabasePath);
@@ -84,8 +80,8 @@ void DncWindow::openToolDatabase()
     const qreal dpi = logicalDpiX();
     DBGrid1 = new ToolGrid(m_g.DatabasePath, this);
     DBGrid1->setObjectName(QStringLiteral("DBGrid1"));
-    DBGrid1->setGeometry(twipsToPixels(120, dpi), twipsToPixels(960, dpi),
-                         twipsToPixels(6375, dpi), twipsToPixels(2895, dpi));
+    DBGrid1->setGeometry(twipsToPixels(120, dpi), twipsToPixels(960, dpi), twipsToPixels(6375, dpi),
+                         twipsToPixels(2895, dpi));
     DBGrid1->hide();
     DBGrid1->raise();
     Label1->raise();
@@ -94,13 +90,11 @@ void DncWindow::openToolDatabase()
     m_link->toolList = m_toolList.get();
 }
 
-void DncWindow::setCaption()
-{
+void DncWindow::setCaption() {
     setWindowTitle(m_g.Text(20) + m_g.ComSettings);
 }
 
-void DncWindow::Enable_cmd()
-{
+void DncWindow::Enable_cmd() {
     int last = 2;
     if (m_g.CncType == 1)
         last = 5;
@@ -118,8 +112,7 @@ void DncWindow::Enable_cmd()
     }
 }
 
-void DncWindow::Command1_Click(int index)
-{
+void DncWindow::Command1_Click(int index) {
     if (m_busy) {
         // Help is the only button left enabled during an operation. It shows its box and
         // leaves the running operation's frame alone; the box does not block, so the
@@ -177,21 +170,18 @@ void DncWindow::Command1_Click(int index)
         close();
 }
 
-void DncWindow::runSetup()
-{
+void DncWindow::runSetup() {
     SetupDialog setup(m_g, this);
     setup.exec();
     ReadSettings(m_g);
     setCaption();
 }
 
-void DncWindow::Command2_Click()
-{
+void DncWindow::Command2_Click() {
     close();
 }
 
-void DncWindow::closeEvent(QCloseEvent *event)
-{
+void DncWindow::closeEvent(QCloseEvent *event) {
     if (m_busy) {
         // The running operation needs the window until it has closed its port and file:
         // ask it to end at its next pass, and close once its frame is over.

@@ -22,8 +22,8 @@ class DncWindow : public QWidget {
     Q_OBJECT
 public:
     // Runs the whole start-up; `commandLine` is the one string behind the program's name.
-    DncWindow(Globals &g, Comm &comm, LinkTimer &timer, Yield &yield,
-              const QString &commandLine, QWidget *parent = nullptr);
+    DncWindow(Globals &g, Comm &comm, LinkTimer &timer, Yield &yield, const QString &commandLine,
+              QWidget *parent = nullptr);
     ~DncWindow() override;
 
     std::array<QPushButton *, 8> Command1{};

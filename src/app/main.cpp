@@ -8,8 +8,7 @@
 #include <QApplication>
 #include <QTimer>
 
-int main(int argc, char *argv[])
-{
+int main(int argc, char *argv[]) {
     QApplication app(argc, argv);
     Globals g;
     g.IniPath = DefaultIniPath();

@@ -12,10 +12,9 @@ namespace {
 struct Place {
     int left, top, width, height;
 };
-constexpr Place kCommand1[8] = {{0, 0, 1335, 375},    {1320, 0, 1335, 375},
-                                {2640, 0, 1335, 375}, {3960, 0, 1335, 375},
-                                {0, 360, 1335, 375},  {1320, 360, 1335, 375},
-                                {2640, 360, 1335, 375}, {3960, 360, 1335, 375}};
+constexpr Place kCommand1[8] = {
+    {0, 0, 1335, 375},   {1320, 0, 1335, 375},   {2640, 0, 1335, 375},   {3960, 0, 1335, 375},
+    {0, 360, 1335, 375}, {1320, 360, 1335, 375}, {2640, 360, 1335, 375}, {3960, 360, 1335, 375}};
 constexpr const char *kCommand1Caption[8] = {"&Setup", "S&end", "&Receive", "&Map",
                                              "CC",     "CE",    "DC",       "?"};
 constexpr Place kCommand2{5280, 0, 1335, 735};
@@ -26,8 +25,7 @@ constexpr int kClientWidth = 6615;
 constexpr int kClientHeight = 4365;
 } // namespace
 
-void DncWindow::createControls()
-{
+void DncWindow::createControls() {
     const qreal dpi = logicalDpiX();
     auto px = [dpi](int twips) { return twipsToPixels(twips, dpi); };
     auto place = [&](QWidget *w, const Place &p) {
@@ -84,9 +82,8 @@ void DncWindow::createControls()
     Label1->raise();
 
     // TabIndex order: Command2, Command1(0..3), Text1, List1, Command1(4..7), DBGrid1.
-    QWidget *order[] = {Command2,    Command1[0], Command1[1], Command1[2],
-                        Command1[3], Text1,       List1,       Command1[4],
-                        Command1[5], Command1[6], Command1[7]};
+    QWidget *order[] = {Command2, Command1[0], Command1[1], Command1[2], Command1[3], Text1,
+                        List1,    Command1[4], Command1[5], Command1[6], Command1[7]};
     for (size_t i = 0; i + 1 < std::size(order); ++i)
         setTabOrder(order[i], order[i + 1]);
 }

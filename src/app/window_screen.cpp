@@ -13,80 +13,64 @@
 
 WindowScreen::WindowScreen(QWidget *window, QLabel *label1, QPlainTextEdit *text1,
                            QListWidget *list1)
-    : m_window(window), m_label1(label1), m_text1(text1), m_list1(list1)
-{
-}
+    : m_window(window), m_label1(label1), m_text1(text1), m_list1(list1) {}
 
-WindowScreen::~WindowScreen()
-{
+WindowScreen::~WindowScreen() {
     setMousePointer(0);
 }
 
-void WindowScreen::setLabel1Caption(const QString &text)
-{
+void WindowScreen::setLabel1Caption(const QString &text) {
     m_label1->setText(text);
 }
 
-void WindowScreen::setLabel1Visible(bool on)
-{
+void WindowScreen::setLabel1Visible(bool on) {
     m_label1->setVisible(on);
 }
 
-void WindowScreen::setText1Text(const QString &text)
-{
+void WindowScreen::setText1Text(const QString &text) {
     m_text1->setPlainText(text);
 }
 
-void WindowScreen::setText1Visible(bool on)
-{
+void WindowScreen::setText1Visible(bool on) {
     m_text1->setVisible(on);
 }
 
-void WindowScreen::setList1Visible(bool on)
-{
+void WindowScreen::setList1Visible(bool on) {
     m_list1->setVisible(on);
 }
 
-void WindowScreen::list1Clear()
-{
+void WindowScreen::list1Clear() {
     m_list1->clear();
 }
 
-void WindowScreen::list1AddItem(const QString &item)
-{
+void WindowScreen::list1AddItem(const QString &item) {
     m_list1->addItem(item);
 }
 
-void WindowScreen::list1Refresh()
-{
+void WindowScreen::list1Refresh() {
     m_list1->update();
 }
 
-int WindowScreen::list1Count() const
-{
+int WindowScreen::list1Count() const {
     return m_list1->count();
 }
 
-int WindowScreen::list1ListIndex() const
-{
+int WindowScreen::list1ListIndex() const {
     // Only a real selection counts: keyboard focus alone makes a current row without one.
     const QModelIndexList rows = m_list1->selectionModel()->selectedIndexes();
     return rows.isEmpty() ? -1 : rows.first().row();
 }
 
-QString WindowScreen::list1List(int index) const
-{
+QString WindowScreen::list1List(int index) const {
     const QListWidgetItem *item = m_list1->item(index);
     return item ? item->text() : QString();
 }
 
-void WindowScreen::repaint()
-{
+void WindowScreen::repaint() {
     m_window->repaint();
 }
 
-void WindowScreen::setMousePointer(int pointer)
-{
+void WindowScreen::setMousePointer(int pointer) {
     const bool hourglass = pointer == 11;
     if (hourglass == m_hourglass)
         return;
@@ -97,26 +81,23 @@ void WindowScreen::setMousePointer(int pointer)
         QApplication::restoreOverrideCursor();
 }
 
-void WindowScreen::msgBox(const QString &text, BoxIcon icon, const QString &title)
-{
+void WindowScreen::msgBox(const QString &text, BoxIcon icon, const QString &title) {
     QMessageBox box(icon == BoxIcon::Critical ? QMessageBox::Critical : QMessageBox::NoIcon,
-                    title.isEmpty() ? QString::fromLatin1(AppTitle) : title, text,
-                    QMessageBox::Ok, m_window);
+                    title.isEmpty() ? QString::fromLatin1(AppTitle) : title, text, QMessageBox::Ok,
+                    m_window);
     box.exec();
 }
 
 QString WindowScreen::inputBox(const QString &prompt, const QString &title,
-                               const QString &defaultText)
-{
+                               const QString &defaultText) {
     bool ok = false;
-    const QString answer = QInputDialog::getText(m_window, title, prompt, QLineEdit::Normal,
-                                                 defaultText, &ok);
+    const QString answer =
+        QInputDialog::getText(m_window, title, prompt, QLineEdit::Normal, defaultText, &ok);
     return ok ? answer : QString();
 }
 
 static QString runFileDialog(QWidget *parent, const FileDialogRequest &r,
-                             QFileDialog::AcceptMode mode)
-{
+                             QFileDialog::AcceptMode mode) {
     QFileDialog dialog(parent);
     dialog.setAcceptMode(mode);
     // Neither dialog demands an existing file, and saving over a file asks nothing.
@@ -126,7 +107,8 @@ static QString runFileDialog(QWidget *parent, const FileDialogRequest &r,
         dialog.setDirectory(r.initDir);
     QStringList filters = r.filter.split(QStringLiteral(";;"));
     // A pattern in the name field limits the list, as the operator would expect.
-    const bool pattern = r.fileName.contains(QLatin1Char('*')) || r.fileName.contains(QLatin1Char('?'));
+    const bool pattern =
+        r.fileName.contains(QLatin1Char('*')) || r.fileName.contains(QLatin1Char('?'));
     if (pattern)
         filters.prepend(r.fileName);
     dialog.setNameFilters(filters);
@@ -138,12 +120,10 @@ static QString runFileDialog(QWidget *parent, const FileDialogRequest &r,
     return dialog.selectedFiles().first();
 }
 
-QString WindowScreen::showOpen(const FileDialogRequest &request)
-{
+QString WindowScreen::showOpen(const FileDialogRequest &request) {
     return runFileDialog(m_window, request, QFileDialog::AcceptOpen);
 }
 
-QString WindowScreen::showSave(const FileDialogRequest &request)
-{
+QString WindowScreen::showSave(const FileDialogRequest &request) {
     return runFileDialog(m_window, request, QFileDialog::AcceptSave);
 }

@@ -7,8 +7,8 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <cmath>
 #include <cerrno>
+#include <cmath>
 #include <cstring>
 #include <sys/ioctl.h>
 #include <sys/stat.h>

@@ -68,7 +68,7 @@ private:
     // empty. There the characters handed over are let out at the line's speed in our own
     // count, so that the bound on what is in flight holds as on a real port.
     bool m_pacePty = true;
-    bool m_pty = false; // paced as a line, see above
+    bool m_pty = false;        // paced as a line, see above
     mutable double m_wire = 0; // characters handed over and not yet out at the line's speed
     mutable QElapsedTimer m_wireClock;
 

@@ -13,5 +13,4 @@ QString DefaultIniPath();
 // The value, or the empty string. Reads g.IniPath.
 QString GetProfile(const Globals &g, const QString &section, const QString &key);
 // Writes at once; creates section and file as needed. A failed write leaves the old file.
-void PutProfile(const Globals &g, const QString &section, const QString &key,
-                const QString &value);
+void PutProfile(const Globals &g, const QString &section, const QString &key, const QString &value);

@@ -3,7 +3,6 @@
 
 #include <QtGlobal>
 
-inline int twipsToPixels(int twips, qreal logicalDpi)
-{
+inline int twipsToPixels(int twips, qreal logicalDpi) {
     return qRound(twips / 15.0 * logicalDpi / 96.0);
 }

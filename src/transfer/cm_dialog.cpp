@@ -2,8 +2,7 @@
 
 #include <QStringList>
 
-QString CmDialog::qtFilter(const QString &filter)
-{
+QString CmDialog::qtFilter(const QString &filter) {
     const QStringList parts = filter.split(QLatin1Char('|'));
     QStringList out;
     for (int i = 0; i + 1 < parts.size(); i += 2) {
@@ -15,18 +14,15 @@ QString CmDialog::qtFilter(const QString &filter)
     return out.join(QStringLiteral(";;"));
 }
 
-void CmDialog::ShowOpen(Screen &screen)
-{
+void CmDialog::ShowOpen(Screen &screen) {
     FileName = screen.showOpen({InitDir, qtFilter(Filter), DefaultExt, FileName});
 }
 
-void CmDialog::ShowSave(Screen &screen)
-{
+void CmDialog::ShowSave(Screen &screen) {
     FileName = screen.showSave({InitDir, qtFilter(Filter), DefaultExt, FileName});
 }
 
-QString folderOf(const QString &path)
-{
+QString folderOf(const QString &path) {
     const int slash = int(path.lastIndexOf(QLatin1Char('/')));
     if (slash < 0)
         return QString();

@@ -1,8 +1,7 @@
 #include "comm.h"
 #include "transfer.h"
 
-void RunOnPort(Link &l, const std::function<void()> &operation)
-{
+void RunOnPort(Link &l, const std::function<void()> &operation) {
     try {
         operation();
     } catch (const CommError &e) {

@@ -1,8 +1,7 @@
 #include "comm.h"
 #include "transfer.h"
 
-void SetCom(Link &l)
-{
+void SetCom(Link &l) {
     const QString &s = l.g.ComSettings;
     const int colon = int(s.indexOf(QLatin1Char(':')));
     // Only the one character before the colon names the port.
