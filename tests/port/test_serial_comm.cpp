@@ -3,34 +3,23 @@
 #include "serial_comm.h"
 
 #include <QtTest>
-#include <atomic>
-#include <thread>
+#include <optional>
+
+#define OPEN_PTY(pty)                                                                              \
+    PtyPair pty;                                                                                   \
+    QVERIFY2(pty.isOpen(), qPrintable(pty.error()))
 
 namespace {
 
-// Reads until `want` bytes have come (or 10 s), at most `piece` every `pauseMs`: a slow line.
-void SlowReader(PtyPair &pty, qsizetype want, int piece, int pauseMs, QByteArray &got,
-                std::atomic<qint64> &count) {
-    QElapsedTimer clock;
-    clock.start();
-    while (got.size() < want && clock.elapsed() < 10000) {
-        got += pty.receive(piece, 50);
-        count = got.size();
-        std::this_thread::sleep_for(std::chrono::milliseconds(pauseMs));
-    }
-}
+const QByteArray GoAhead("\x10\x37");
 
-// Everything the port has read within limitMs, once `want` bytes are there.
-QByteArray ReadFromPort(SerialComm &comm, qsizetype want, int limitMs = 2000) {
-    QByteArray got;
-    QElapsedTimer clock;
-    clock.start();
-    while (got.size() < want && clock.elapsed() < limitMs) {
-        QTest::qWait(2);
-        if (comm.inBufferCount() > 0)
-            got += comm.input();
+template <typename F> std::optional<CommError> Thrown(F f) {
+    try {
+        f();
+    } catch (const CommError &e) {
+        return e;
     }
-    return got;
+    return std::nullopt;
 }
 
 QByteArray Pattern(qsizetype n) {
@@ -45,219 +34,178 @@ QByteArray Pattern(qsizetype n) {
 class TestSerialComm : public QObject {
     Q_OBJECT
 private slots:
-    void allByteValuesBothWays();
-    void largeOutputWaitsForRoom_data();
-    void largeOutputWaitsForRoom();
-    void closeRightAfterOutputPutsAllOnLine_data();
-    void closeRightAfterOutputPutsAllOnLine();
-    void pollingAloneDrainsTheQueue();
-    void unsupportedSettingsOnPtyAreNoError_data();
-    void unsupportedSettingsOnPtyAreNoError();
-    void inputWaitingBeforeOpenIsDiscarded_data();
-    void inputWaitingBeforeOpenIsDiscarded();
-};
+    void settings_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QList<int>>("values"); // baud, parity (2 E, 3 O), data, stop, bits
+        QTest::addColumn<QString>("why");       // a word of the refusal; empty: accepted
+        const auto row = [](const char *text, QList<int> values, const char *why) {
+            QTest::newRow(text) << QString(text) << values << QString(why);
+        };
+        row("9600,E,7,2", {9600, 2, 7, 2, 11}, "");
+        row("300,O,5,1", {300, 3, 5, 1, 8}, "");
+        row(" 19200 , n , 8 , 1 ", {19200, 0, 8, 1, 10}, "");
+        row("9600,E,7", {}, "four values");
+        row("+9600,E,7,2", {}, "baud");
+        row("9600,X,7,2", {}, "parity");
+        row("9600,E,9,2", {}, "data bits");
+        row("9600,E,7,1.5", {}, "1.5");
+    }
+    void settings() {
+        QFETCH(QString, text);
+        QFETCH(QString, why);
+        SerialComm comm;
+        comm.setCommPort(2);
+        const auto e = Thrown([&] { comm.setSettings(text); });
+        QCOMPARE(bool(e), !why.isEmpty());
+        if (e) {
+            QCOMPARE(e->device, QStringLiteral("COM2: (/dev/ttyS1)"));
+            QVERIFY2(e->reason.contains('"' + text + '"') && e->reason.contains(why),
+                     qPrintable(e->reason));
+            return;
+        }
+        const LineSettings s = ParseLineSettings(text);
+        QTEST((QList<int>{s.baud, int(s.parity), int(s.dataBits), int(s.stopBits),
+                          s.bitsPerCharacter()}),
+              "values");
+    }
 
-void TestSerialComm::allByteValuesBothWays() {
-    PtyPair pty;
-    QVERIFY2(pty.isOpen(), qPrintable(pty.error()));
-    SerialComm comm(pty.slavePath());
-    comm.setSettings(QStringLiteral("9600,N,8,1"));
-    comm.setPortOpen(true);
-    QVERIFY(comm.portOpen());
-
-    const QByteArray all = [] {
-        QByteArray b(256, Qt::Uninitialized);
-        for (int i = 0; i < 256; ++i)
-            b[i] = char(i);
-        return b;
-    }();
-    comm.output(all);
-    QCOMPARE(pty.receiveCount(256, 2000), all);
-    QTRY_COMPARE(comm.outBufferCount(), 0);
-
-    QVERIFY(pty.send(all));
-    QCOMPARE(ReadFromPort(comm, 256), all);
-    QCOMPARE(comm.inBufferCount(), 0);
-    comm.setPortOpen(false);
-    QVERIFY(!comm.portOpen());
-}
-
-void TestSerialComm::largeOutputWaitsForRoom_data() {
-    QTest::addColumn<int>("chunk"); // bytes per Output call
-
-    QTest::newRow("one Output of 256 KiB") << 256 * 1024;
-    QTest::newRow("lines of 80") << 80;
-    QTest::newRow("lines longer than the queue") << 2000;
-}
-
-void TestSerialComm::largeOutputWaitsForRoom() {
-    QFETCH(int, chunk);
-    PtyPair pty;
-    QVERIFY2(pty.isOpen(), qPrintable(pty.error()));
-    SerialComm comm(pty.slavePath());
-    comm.setSettings(QStringLiteral("115200,N,8,1"));
-    comm.setPortOpen(true);
-
-    const QByteArray data = Pattern(256 * 1024);
-    QByteArray got;
-    std::atomic<qint64> received{0};
-    std::jthread reader(SlowReader, std::ref(pty), data.size(), 2048, 1, std::ref(got),
-                        std::ref(received));
-
-    // In flight as the program sees it, sampled while Output waits and after each call.
-    int most = 0;
-    QTimer sampler;
-    sampler.setInterval(1);
-    connect(&sampler, &QTimer::timeout, this, [&] {
-        try {
+    void nothingLost_data() {
+        QTest::addColumn<int>("chunk"); // bytes per Output call
+        QTest::newRow("one Output of 256 KiB") << 256 * 1024;
+        QTest::newRow("lines of 80") << 80;
+        QTest::newRow("lines longer than the queue") << 2000;
+    }
+    // Output waits for room, and a CC written and closed at once, held up by the line, goes too.
+    void nothingLost() {
+        QFETCH(int, chunk);
+        OPEN_PTY(pty);
+        SerialComm comm(pty.slavePath());
+        comm.setSettings(QStringLiteral("4000000,N,8,1"));
+        comm.setPortOpen(true);
+        const QByteArray data = Pattern(256 * 1024);
+        QByteArray got;
+        int most = 0; // in flight as the program sees it, also while Output waits
+        QTimer farEnd;
+        connect(&farEnd, &QTimer::timeout, this, [&] {
             most = qMax(most, comm.outBufferCount());
-        } catch (const CommError &) {
-            most = -1000000; // Output below throws the same and fails the test
+            got += pty.receive(65536, 0);
+        });
+        farEnd.start(1);
+        for (qsizetype at = 0; at < data.size(); at += chunk) {
+            comm.output(data.mid(at, chunk));
+            most = qMax(most, comm.outBufferCount());
         }
-    });
-    sampler.start();
-    qint64 behindAtReturn = 0;
-    for (qsizetype at = 0; at < data.size(); at += chunk) {
-        comm.output(data.mid(at, chunk));
-        most = qMax(most, comm.outBufferCount());
-        const qint64 sent = qMin<qint64>(data.size(), at + chunk);
-        behindAtReturn = qMax(behindAtReturn, sent - received.load());
-    }
-    sampler.stop();
-    comm.setPortOpen(false);
-    reader.join();
-
-    QCOMPARE(got.size(), data.size());
-    QVERIFY(got == data);
-    QVERIFY2(most <= SerialComm::MaxInFlight, qPrintable(QString::number(most)));
-    // Output returned only when all but the queue (and the pseudo-terminal's own kernel
-    // buffer, which the driver count does not show) had reached the far end.
-    QVERIFY2(behindAtReturn <= SerialComm::MaxInFlight + 64 * 1024,
-             qPrintable(QString::number(behindAtReturn)));
-}
-
-void TestSerialComm::closeRightAfterOutputPutsAllOnLine_data() {
-    QTest::addColumn<int>("before"); // bytes queued ahead of "CC"
-    QTest::addColumn<bool>("held");  // the line takes nothing until the close has begun
-
-    QTest::newRow("CC alone") << 0 << false;
-    QTest::newRow("CC behind a held queue") << 300 << true;
-}
-
-void TestSerialComm::closeRightAfterOutputPutsAllOnLine() {
-    QFETCH(int, before);
-    QFETCH(bool, held);
-    PtyPair pty;
-    QVERIFY2(pty.isOpen(), qPrintable(pty.error()));
-    SerialComm comm(pty.slavePath());
-    comm.setSettings(QStringLiteral("9600,E,7,2"));
-    comm.setPortOpen(true);
-    pty.setSlaveOutputStopped(held);
-
-    const QByteArray ahead = Pattern(before);
-    QByteArray got;
-    std::atomic<qint64> received{0};
-    std::jthread reader([&] {
-        if (held) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(50));
-            pty.setSlaveOutputStopped(false);
-        }
-        SlowReader(pty, before + 2, 64, 2, got, received);
-    });
-    comm.output(ahead);
-    comm.output("CC");
-    if (held)
-        QCOMPARE(comm.outBufferCount(), before + 2); // all of it still in our queue
-    comm.setPortOpen(false);
-    QVERIFY(!comm.portOpen());
-    reader.join();
-    QCOMPARE(got.size(), qsizetype(before + 2));
-    QVERIFY(got == ahead + "CC");
-}
-
-void TestSerialComm::pollingAloneDrainsTheQueue() {
-    PtyPair pty;
-    QVERIFY2(pty.isOpen(), qPrintable(pty.error()));
-    SerialComm comm(pty.slavePath());
-    comm.setPortOpen(true);
-    pty.setSlaveOutputStopped(true);
-    comm.output(Pattern(400));
-    QCOMPARE(comm.outBufferCount(), 400);
-    pty.setSlaveOutputStopped(false);
-
-    // A drain loop that only polls, with no event-loop pass between, still sees it leave.
-    QElapsedTimer clock;
-    clock.start();
-    int left = 400;
-    while (left > 0 && clock.elapsed() < 2000)
-        left = comm.outBufferCount();
-    QCOMPARE(left, 0);
-    QCOMPARE(pty.receiveCount(400, 2000), Pattern(400));
-    comm.setPortOpen(false);
-}
-
-void TestSerialComm::unsupportedSettingsOnPtyAreNoError_data() {
-    QTest::addColumn<QString>("settings");
-    QTest::addColumn<bool>("dtr");
-
-    QTest::newRow("7,E,2 with DTR") << "9600,E,7,2" << true;
-    QTest::newRow("7,E,1 without DTR") << "9600,E,7,1" << false;
-    QTest::newRow("5,O,2 with DTR") << "300,O,5,2" << true;
-}
-
-void TestSerialComm::unsupportedSettingsOnPtyAreNoError() {
-    QFETCH(QString, settings);
-    QFETCH(bool, dtr);
-    PtyPair pty;
-    QVERIFY2(pty.isOpen(), qPrintable(pty.error()));
-    SerialComm comm(pty.slavePath());
-    comm.setSettings(settings);
-    comm.setDTREnable(dtr);
-    try {
-        comm.setPortOpen(true);
-    } catch (const CommError &e) {
-        QFAIL(qPrintable(e.device + QStringLiteral(": ") + e.reason));
-    }
-    comm.output("R\r");
-    QCOMPARE(pty.receiveCount(2, 2000), QByteArray("R\r"));
-    QVERIFY(pty.send("\x10"
-                     "7"));
-    QCOMPARE(ReadFromPort(comm, 2), QByteArray("\x10"
-                                               "7"));
-    comm.setPortOpen(false);
-}
-
-void TestSerialComm::inputWaitingBeforeOpenIsDiscarded_data() {
-    QTest::addColumn<bool>("openedBefore");
-
-    QTest::newRow("before the first opening") << false;
-    QTest::newRow("between two operations") << true;
-}
-
-void TestSerialComm::inputWaitingBeforeOpenIsDiscarded() {
-    QFETCH(bool, openedBefore);
-    PtyPair pty;
-    QVERIFY2(pty.isOpen(), qPrintable(pty.error()));
-    SerialComm comm(pty.slavePath());
-    if (openedBefore) {
-        comm.setPortOpen(true);
-        comm.output("MC\r");
+        farEnd.stop();
+        pty.setSlaveOutputStopped(true);
+        comm.output("CC");
+        QTimer::singleShot(50, this, [&] { pty.setSlaveOutputStopped(false); });
         comm.setPortOpen(false);
-        QCOMPARE(pty.receiveCount(3, 2000), QByteArray("MC\r"));
+        got += pty.receiveCount(int(data.size() + 2 - got.size()), 3000);
+        QVERIFY(got == data + "CC");
+        QVERIFY2(most <= SerialComm::MaxInFlight, qPrintable(QString::number(most)));
     }
-    QVERIFY(pty.send("late answer"));
-    QTRY_COMPARE(pty.waitingAtSlave(), 11); // it really waits at the port
 
-    comm.setPortOpen(true);
-    QVERIFY(pty.send("\x10"
-                     "7"));
-    QByteArray got = ReadFromPort(comm, 2);
-    QTest::qWait(50);
-    got += comm.input();
-    QCOMPARE(got, QByteArray("\x10"
-                             "7"));
-    comm.setPortOpen(false);
-}
+    void session_data() {
+        QTest::addColumn<bool>("writable"); // a trace that cannot be written stops nothing
+        QTest::newRow("traced") << true;
+        QTest::newRow("trace cannot be written") << false;
+    }
+    // 7,E and DTR, which a pseudo-terminal refuses, are no error; what waited at the port before
+    // an opening is dropped; the trace records each opening, byte and closing.
+    void session() {
+        QFETCH(bool, writable);
+        OPEN_PTY(pty);
+        QTemporaryDir dir;
+        const QString trace = writable ? dir.filePath(QStringLiteral("trace.log"))
+                                       : QStringLiteral("/nonexistent-dnc-dir/trace.log");
+        qputenv("DNC_TRACE", trace.toLocal8Bit());
+        SerialComm comm(pty.slavePath());
+        comm.setSettings(QStringLiteral("9600,E,7,2"));
+        comm.setDTREnable(true);
+        for (int i = 0; i < 2; ++i) { // before the first opening, then between two
+            QVERIFY(pty.send("late answer"));
+            QTRY_COMPARE(pty.waitingAtSlave(), 11);
+            comm.setPortOpen(true);
+            comm.output("R\r");
+            QCOMPARE(pty.receiveCount(2, 2000), QByteArray("R\r"));
+            QVERIFY(pty.send(GoAhead));
+            QTRY_COMPARE(comm.inBufferCount(), 2);
+            QCOMPARE(comm.input(), GoAhead);
+            comm.setPortOpen(false);
+        }
+        comm.setDevice(QStringLiteral("/dev/dnc-test-no-such-port"));
+        QVERIFY(Thrown([&] { comm.setPortOpen(true); }));
+        qunsetenv("DNC_TRACE");
+        QFile f(trace);
+        QCOMPARE(f.open(QIODevice::ReadOnly), writable);
+        if (!writable)
+            return;
+        const QString text = QString::fromUtf8(f.readAll());
+        const QString at = QStringLiteral(R"(.*^\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} )");
+        const QString dev = "COM1: \\(" + QRegularExpression::escape(pty.slavePath()) + "\\)";
+        const QString one = at + "OPEN " + dev + " 9600,E,7,2" + at + R"(TX 52 0d  \|R\.\|$)" + at +
+                            R"(RX 10 37  \|\.7\|$)" + at + "CLOSE " + dev;
+        const QRegularExpression rx(one + one + at + "OPEN FAILED COM1: .*no such device",
+                                    QRegularExpression::MultilineOption |
+                                        QRegularExpression::DotMatchesEverythingOption);
+        QVERIFY2(rx.match(text).hasMatch(), qPrintable(text));
+    }
+
+    void openRefused_data() {
+        QTest::addColumn<bool>("busy"); // held by another, named through a symlink; else absent
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("absent") << false << "cannot be opened: no such device";
+        QTest::newRow("busy") << true << "cannot be opened: another program holds the port";
+    }
+    void openRefused() {
+        QFETCH(bool, busy);
+        QFETCH(QString, reason);
+        OPEN_PTY(pty);
+        QTemporaryDir dir;
+        const QString path = busy ? dir.filePath(QStringLiteral("com3"))
+                                  : QStringLiteral("/dev/dnc-test-no-such-port");
+        SerialComm holder(pty.slavePath());
+        holder.setPortOpen(busy);
+        QVERIFY(!busy || QFile::link(pty.slavePath(), path));
+        qputenv("DNC_COM3", path.toLocal8Bit());
+        SerialComm comm;
+        comm.setCommPort(3);
+        const auto e = Thrown([&] { comm.setPortOpen(true); });
+        qunsetenv("DNC_COM3");
+        QVERIFY(e && !comm.portOpen());
+        QCOMPARE(e->device, QStringLiteral("COM3: (%1)").arg(path));
+        QVERIFY2(e->reason.contains(reason), qPrintable(e->reason));
+        comm.setPortOpen(false); // closing a port that never opened is no error
+    }
+
+    void farEndGone_data() {
+        QTest::addColumn<bool>("writing");
+        QTest::newRow("while a wait polls") << false;
+        QTest::newRow("while Output waits for room") << true;
+    }
+    // A cable pulled out: the next call throws, naming the device and why.
+    void farEndGone() {
+        QFETCH(bool, writing);
+        OPEN_PTY(pty);
+        SerialComm comm(pty.slavePath());
+        comm.setPortOpen(true);
+        QTimer::singleShot(100, this, [&] { pty.closeMaster(); });
+        QElapsedTimer clock;
+        clock.start();
+        const auto fault = Thrown([&] {
+            if (writing)
+                comm.output(QByteArray(256 * 1024, 'N'));   // minutes of work at 9600 baud
+            for (; clock.elapsed() < 3000; QTest::qWait(5)) // as a wait does
+                comm.inBufferCount();
+        });
+        QVERIFY2(fault && clock.elapsed() < 3000, qPrintable(QString::number(clock.elapsed())));
+        QCOMPARE(fault->device, QStringLiteral("COM1: (%1)").arg(pty.slavePath()));
+        QVERIFY2(fault->reason.contains(QLatin1String("closed at the other end")),
+                 qPrintable(fault->reason));
+        comm.setPortOpen(false);
+        QVERIFY(!comm.portOpen());
+    }
+};
 
 QTEST_GUILESS_MAIN(TestSerialComm)
 #include "test_serial_comm.moc"

@@ -84,19 +84,6 @@ QByteArray PtyPair::receiveCount(int count, int timeoutMs) {
     return got;
 }
 
-QByteArray PtyPair::receiveUntilQuiet(int quietMs, int limitMs) {
-    QByteArray got;
-    QElapsedTimer clock;
-    clock.start();
-    while (clock.elapsed() < limitMs) {
-        const QByteArray more = receive(65536, quietMs);
-        if (more.isEmpty())
-            break;
-        got += more;
-    }
-    return got;
-}
-
 int PtyPair::waitingAtSlave() const {
     int n = 0;
     if (m_slave < 0 || ::ioctl(m_slave, FIONREAD, &n) != 0)

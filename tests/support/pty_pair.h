@@ -17,7 +17,6 @@ public:
     bool isOpen() const { return m_master >= 0; }
     QString error() const { return m_error; } // why the pair could not be made
     QString slavePath() const { return m_slavePath; }
-    int masterFd() const { return m_master; }
 
     // The far end goes away (a cable pulled, the control switched off).
     void closeMaster();
@@ -28,8 +27,6 @@ public:
     QByteArray receive(int maxBytes, int timeoutMs);
     // Reads until `count` bytes have come or timeoutMs has passed.
     QByteArray receiveCount(int count, int timeoutMs);
-    // Reads until nothing comes for quietMs (or limitMs have passed).
-    QByteArray receiveUntilQuiet(int quietMs, int limitMs);
     // Bytes waiting for the reader of the slave.
     int waitingAtSlave() const;
     // Stops the slave's output as a held line would (tcflow): what the program writes then

@@ -10,8 +10,7 @@ VControlProcess::VControlProcess() {
 }
 
 VControlProcess::~VControlProcess() {
-    if (isRunning())
-        stop();
+    stop();
 }
 
 QString VControlProcess::program() {
@@ -45,7 +44,8 @@ bool VControlProcess::start(const QStringList &args, int timeoutMs) {
             if (m_process.state() != QProcess::NotRunning)
                 m_process.kill();
             m_process.waitForFinished(1000);
-            m_error = "vcontrol did not start: " + QString::fromLocal8Bit(standardError());
+            m_error = "vcontrol did not start: " +
+                      QString::fromLocal8Bit(m_process.readAllStandardError());
             return false;
         }
     }
@@ -54,26 +54,14 @@ bool VControlProcess::start(const QStringList &args, int timeoutMs) {
 }
 
 bool VControlProcess::stop(int timeoutMs) {
-    if (!isRunning())
+    if (m_process.state() == QProcess::NotRunning)
         return true;
     m_process.terminate();
     if (m_process.waitForFinished(timeoutMs))
         return true;
-    kill();
-    return false;
-}
-
-void VControlProcess::kill() {
     m_process.kill();
     m_process.waitForFinished(3000);
-}
-
-bool VControlProcess::waitForExit(int timeoutMs) {
-    return !isRunning() || m_process.waitForFinished(timeoutMs);
-}
-
-QByteArray VControlProcess::standardError() {
-    return m_process.readAllStandardError();
+    return false;
 }
 
 void VControlProcess::refresh() {
@@ -111,14 +99,6 @@ void VControlProcess::parseLine(const QByteArray &line) {
     }
 }
 
-QList<QByteArray> VControlProcess::txChunks() const {
-    QList<QByteArray> out;
-    for (const Chunk &c : m_chunks)
-        if (!c.rx)
-            out.append(c.bytes);
-    return out;
-}
-
 QStringList VControlProcess::eventTexts(const QString &word) const {
     QStringList out;
     for (const Event &e : m_events)
@@ -143,8 +123,4 @@ bool VControlProcess::waitUntil(const std::function<bool()> &cond, int timeoutMs
 
 bool VControlProcess::waitForEvent(const QString &word, int count, int timeoutMs) {
     return waitUntil([&] { return eventTexts(word).size() >= count; }, timeoutMs);
-}
-
-bool VControlProcess::waitForTx(qsizetype bytes, int timeoutMs) {
-    return waitUntil([&] { return m_tx.size() >= bytes; }, timeoutMs);
 }

@@ -30,39 +30,28 @@ public:
 
     static QString program(); // $DNC_VCONTROL
 
-    // Starts the control with `args`; adds --log (in workDir) and, unless given, an idle exit
-    // so that a crashed test leaves nothing behind. Returns once the control is ready.
+    // Starts the control with `args`; adds --log (in a temporary folder) and, unless given, an idle
+    // exit so that a crashed test leaves nothing behind. Returns once the control is ready.
     bool start(const QStringList &args, int timeoutMs = 5000);
-    QString device() const { return m_device; }      // the slave side of the pseudo-terminal
-    QString workDir() const { return m_dir.path(); } // lives as long as this object
-    QString logPath() const { return m_dir.filePath("wire.log"); }
+    QString device() const { return m_device; } // the slave side of the pseudo-terminal
     QString errorString() const { return m_error; }
 
     bool stop(int timeoutMs = 3000); // SIGTERM: a clean exit, the link removed
-    void kill();                     // SIGKILL: a cable pulled out
-    bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
-    // Waits for the control to end by itself (--crash-after-line, --exit-after-idle).
-    bool waitForExit(int timeoutMs = 5000);
-    int exitCode() const { return m_process.exitCode(); }
-    QByteArray standardError();
 
     // Reads what the log has gained; the accessors below show what was read so far.
     void refresh();
     const QByteArray &rx() const { return m_rx; }
     const QByteArray &tx() const { return m_tx; }
     const QList<Chunk> &chunks() const { return m_chunks; }
-    QList<QByteArray> txChunks() const;
     const QList<Event> &events() const { return m_events; }
     QStringList eventTexts(const QString &word) const;
 
     // Refreshes and runs the event loop until cond() holds; false at the timeout.
     bool waitUntil(const std::function<bool()> &cond, int timeoutMs = 5000);
     bool waitForEvent(const QString &word, int count = 1, int timeoutMs = 5000);
-    // The log line of a write follows the write: a reader can hold bytes that are not yet
-    // logged. Wait for them before comparing.
-    bool waitForTx(qsizetype bytes, int timeoutMs = 5000);
 
 private:
+    QString logPath() const { return m_dir.filePath("wire.log"); }
     void parseLine(const QByteArray &line);
 
     QTemporaryDir m_dir;
