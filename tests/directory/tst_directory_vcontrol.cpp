@@ -1,121 +1,75 @@
-// The directory commands through the real port against the virtual control: the exact bytes
-// that reach the control, and what the operator is shown.
+// The directory commands through the real port against the virtual control: every byte that
+// reaches the control, what the operator is shown, and what the control holds afterwards.
 #include "directory.h"
 #include "real_link.h"
 #include "vcontrol_process.h"
 
 #include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
 #include <QTest>
 
 using Operation = std::function<void(Link &)>;
 Q_DECLARE_METATYPE(Operation)
 
 namespace {
-const QByteArray Prompt("\x10\x37");
-
-// A control holding the given programs; each holds one line.
-bool startControl(VControlProcess &vc, const QTemporaryDir &store, const QString &type,
-                  const QStringList &programs) {
-    for (const QString &name : programs) {
-        QFile f(store.filePath(name));
-        if (!f.open(QIODevice::WriteOnly) || f.write("N1 M30\r") != 7)
-            return false;
-    }
-    return vc.start({"--type", type, "--dir", store.path()});
-}
-
-// What the control has read once the program has closed the port.
-QByteArray rxAfterClose(VControlProcess &vc, qsizetype expected) {
-    vc.waitUntil([&] { return vc.rx().size() >= expected; }, 3000);
-    QTest::qWait(50); // nothing more may follow
-    vc.refresh();
-    return vc.rx();
+const QByteArray Go("\x10\x37");
+void row(const char *name, const Operation &op, qint16 type, const QByteArray &rx,
+         const QString &shown, const QStringList &left = {"A1.NC", "B 2.NC"}) {
+    QTest::newRow(name) << op << type << rx << shown << left;
 }
 } // namespace
 
 class TestDirectoryVControl : public QObject {
     Q_OBJECT
-
 private slots:
-    void initTestCase() {
-        if (VControlProcess::program().isEmpty())
-            QFAIL("DNC_VCONTROL is not set");
-    }
-
-    void map_data() {
+    void wire_data() {
+        QTest::addColumn<Operation>("operation");
         QTest::addColumn<qint16>("type");
-        QTest::addColumn<QStringList>("programs");
-        QTest::addColumn<QByteArray>("rx");
-
-        const QStringList three{"A1.NC", "B 2.NC", "C3.NC"};
-        QTest::newRow("303") << qint16(1) << three << "MC\r" + Prompt + Prompt.repeated(3);
-        QTest::newRow("504") << qint16(2) << three << "MC,/ISO\r" + Prompt + Prompt.repeated(3);
-        QTest::newRow("504, empty store") << qint16(2) << QStringList{} << "MC,/ISO\r" + Prompt;
+        QTest::addColumn<QByteArray>("rx");    // all that the control read
+        QTest::addColumn<QString>("shown");    // Text1 on a 303, List1's entries on a 504
+        QTest::addColumn<QStringList>("left"); // the control's programs afterwards
+        row("map 303", MapContext, 1, "MC\r" + Go.repeated(3), "A1.NC\r\nB 2.NC\r\n");
+        row("map 504", MapContext, 2, "MC,/ISO\r" + Go.repeated(3), "A1.NC|B 2.NC");
+        row("delete 504, second entry picked", DeleteContext, 2,
+            "MC,/ISO\r" + Go.repeated(3) + "DC,/ISO/B 2.NC\r" + Go, "A1.NC|B 2.NC", {"A1.NC"});
+        row("delete 303: nothing", DeleteContext, 1, "", "");
+        row(
+            "CC twice: two letters alone each time",
+            [](Link &l) { ChangeContext(l), ChangeContext(l); }, 1, "CCCC", "");
+        row("CE", ChangeExecute, 1, "CE", "");
+        row("CC, no control read", ChangeContext, 0, "CC", "");
+        row("CC on 504: nothing", ChangeContext, 2, "", "");
+        row("CE on XonXoff: nothing", ChangeExecute, 3, "", "");
+        row("map on XonXoff: nothing", MapContext, 3, "", "");
+        row("map, no control read: nothing", MapContext, 0, "", "");
+        row("delete on XonXoff: nothing", DeleteContext, 3, "", "");
     }
-    void map() {
+    void wire() {
+        QFETCH(Operation, operation);
         QFETCH(qint16, type);
-        QFETCH(QStringList, programs);
         QFETCH(QByteArray, rx);
-
+        QFETCH(QStringList, left);
         VControlProcess vc;
         QTemporaryDir store;
-        QVERIFY2(startControl(vc, store, type == 1 ? "303" : "504", programs),
+        for (const char *name : {"A1.NC", "B 2.NC"}) {
+            QFile program(store.filePath(QString::fromLatin1(name)));
+            QVERIFY(program.open(QIODevice::WriteOnly) && program.write("N1 M30\r") == 7);
+        }
+        QVERIFY2(vc.start({"--type", type == 1 ? "303" : "504", "--dir", store.path()}),
                  qPrintable(vc.errorString()));
         RealLink r(vc.device(), type);
-        MapContext(r.link);
-
-        QCOMPARE(rxAfterClose(vc, rx.size()), rx);
-        QVERIFY(!r.g.TimedOut); // ended by the control's EOT
-        if (type == 1) {
-            QCOMPARE(r.screen.text1, programs.join("\r\n") + (programs.isEmpty() ? "" : "\r\n"));
-        } else {
-            QCOMPARE(r.screen.list1Visible, !programs.isEmpty());
-            QCOMPARE(r.screen.list1, programs);
-        }
-        QVERIFY(!r.comm.portOpen());
+        r.screen.pick = 1;
+        operation(r.link);
+        QVERIFY(!r.comm.portOpen()); // closed right behind the write, no byte lost
+        QVERIFY(vc.waitUntil([&] { return vc.rx().size() >= rx.size(); }, 3000));
+        QTRY_COMPARE(QDir(store.path()).entryList(QDir::Files), left);
+        QTest::qWait(50); // nothing more may follow
+        vc.refresh();
+        QCOMPARE(vc.rx(), rx);
+        QTEST(type == 1 ? r.screen.text1 : r.screen.list1.join(u'|'), "shown");
+        QVERIFY(!r.g.TimedOut); // a listing ends by the control's EOT
         QCOMPARE(r.screen.pointer, 0);
         QVERIFY(r.screen.boxes.isEmpty());
-    }
-
-    void deleteChosen() {
-        VControlProcess vc;
-        QTemporaryDir store;
-        QVERIFY2(startControl(vc, store, "504", {"A1.NC", "B 2.NC"}), qPrintable(vc.errorString()));
-        RealLink r(vc.device(), 2);
-        r.screen.pick = 1;
-        DeleteContext(r.link);
-
-        const QByteArray rx = "MC,/ISO\r" + Prompt + Prompt + Prompt + "DC,/ISO/B 2.NC\r" + Prompt;
-        QCOMPARE(rxAfterClose(vc, rx.size()), rx);
-        QVERIFY(vc.waitForEvent("DELETED"));
-        QCOMPARE(vc.eventTexts("DELETED"), QStringList{"B 2.NC"});
-        QCOMPARE(QDir(store.path()).entryList(QDir::Files), QStringList{"A1.NC"});
-        QVERIFY(!r.comm.portOpen());
-        QVERIFY(!r.screen.list1Visible);
-        QCOMPARE(r.screen.pointer, 0);
-    }
-
-    // The port closes right behind the write; both letters still reach the control.
-    void twoLetters_data() {
-        QTest::addColumn<Operation>("operation");
-        QTest::addColumn<QByteArray>("rx");
-        QTest::newRow("CC") << Operation(ChangeContext) << QByteArray("CC");
-        QTest::newRow("CE") << Operation(ChangeExecute) << QByteArray("CE");
-    }
-    void twoLetters() {
-        QFETCH(Operation, operation);
-        QFETCH(QByteArray, rx);
-
-        VControlProcess vc;
-        QVERIFY2(vc.start({"--type", "303"}), qPrintable(vc.errorString()));
-        RealLink r(vc.device(), 1);
-        operation(r.link);
-        QVERIFY(!r.comm.portOpen());
-        QCOMPARE(rxAfterClose(vc, rx.size()), rx);
-        QVERIFY(vc.waitForEvent("CMD"));
-        QCOMPARE(vc.eventTexts("CMD"), QStringList{QString::fromLatin1(rx)});
+        QCOMPARE(r.screen.list1Visible, rx.startsWith("MC,") && !rx.contains("DC")); // after a map
     }
 };
 
