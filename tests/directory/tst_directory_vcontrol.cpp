@@ -12,6 +12,7 @@ Q_DECLARE_METATYPE(Operation)
 
 namespace {
 const QByteArray Go("\x10\x37");
+const Operation TwoCC = [](Link &l) { ChangeContext(l), ChangeContext(l); };
 void row(const char *name, const Operation &op, qint16 type, const QByteArray &rx,
          const QString &shown, const QStringList &left = {"A1.NC", "B 2.NC"}) {
     QTest::newRow(name) << op << type << rx << shown << left;
@@ -32,9 +33,7 @@ private slots:
         row("delete 504, second entry picked", DeleteContext, 2,
             "MC,/ISO\r" + Go.repeated(3) + "DC,/ISO/B 2.NC\r" + Go, "A1.NC|B 2.NC", {"A1.NC"});
         row("delete 303: nothing", DeleteContext, 1, "", "");
-        row(
-            "CC twice: two letters alone each time",
-            [](Link &l) { ChangeContext(l), ChangeContext(l); }, 1, "CCCC", "");
+        row("CC twice: two letters alone each time", TwoCC, 1, "CCCC", "");
         row("CE", ChangeExecute, 1, "CE", "");
         row("CC, no control read", ChangeContext, 0, "CC", "");
         row("CC on 504: nothing", ChangeContext, 2, "", "");

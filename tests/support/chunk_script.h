@@ -1,57 +1,49 @@
 #pragma once
 // Scripted far ends for the reply waits.
-//
-// deliverChunks: each chunk arrives at one yield, exactly as given; a chunk ending in "<tick>"
-// also gets the clock's tick in the same pass. Once the chunks are spent the control falls
-// silent, so the tick ends the wait.
-//
-// answerCommands: a control that answers a command with lines, the next line only after each
-// go-ahead, then EOT, as a well-behaved control does.
 
 #include "fake_link.h"
 
 #include <QList>
 #include <QPair>
+#include <algorithm>
 #include <deque>
 #include <memory>
 
+// Appended to a chunk: the clock's tick comes in the same pass.
 inline const QByteArray Tick = QByteArrayLiteral("<tick>");
 
+// Each chunk arrives at one yield, exactly as given; once they are spent the control is
+// silent, so the tick ends the wait.
 inline void deliverChunks(FakeLink &f, const QList<QByteArray> &chunks) {
     for (const QByteArray &c : chunks) {
         f.yield.then([&f, c] {
-            if (c.endsWith(Tick)) {
-                f.comm.inbox += c.chopped(Tick.size());
+            f.comm.inbox += c.endsWith(Tick) ? c.chopped(Tick.size()) : c;
+            if (c.endsWith(Tick))
                 f.timer.fire();
-            } else {
-                f.comm.inbox += c;
-            }
         });
     }
     f.yield.idle = [&f] { f.timer.fire(); };
 }
 
-// Each pair: a command prefix and the lines (CR included) it is answered with.
+// A well-behaved control: a command starting with a prefix is answered with its lines, the
+// next one only after each go-ahead, then EOT.
 using Answers = QList<QPair<QByteArray, QList<QByteArray>>>;
 
 inline void answerCommands(FakeLink &f, const Answers &answers) {
     auto pending = std::make_shared<std::deque<QByteArray>>();
     f.comm.onOutput = [&f, answers, pending](const QByteArray &bytes) {
-        if (bytes == f.g.PromptSeq) {
-            if (!pending->empty()) {
-                f.comm.inbox += pending->front();
-                pending->pop_front();
-            }
-            return;
-        }
-        for (const auto &[prefix, lines] : answers) {
-            if (!bytes.startsWith(prefix))
-                continue;
-            pending->assign(lines.begin(), lines.end());
+        if (bytes != f.g.PromptSeq) {
+            const auto answer = std::find_if(answers.begin(), answers.end(), [&](const auto &a) {
+                return bytes.startsWith(a.first);
+            });
+            if (answer == answers.end())
+                return;
+            pending->assign(answer->second.begin(), answer->second.end());
             pending->push_back(QByteArray("\x04"));
+        }
+        if (!pending->empty()) {
             f.comm.inbox += pending->front();
             pending->pop_front();
-            return;
         }
     };
 }
@@ -67,7 +59,6 @@ inline void pickWhenShown(FakeLink &f, int index) {
     };
 }
 
-// How many go-aheads the program wrote.
 inline qsizetype promptsWritten(const FakeLink &f) {
     return f.comm.writes.count(f.g.PromptSeq);
 }
