@@ -1,68 +1,44 @@
-// The main window: start-up states by control type, the command frame, setup's effect,
-// help and closing during an operation.
+// The main window over fakes; Map on a silent control stands for any operation that waits.
 
+#include "command_line.h"
 #include "dnc_window.h"
 #include "fake_link.h"
 #include "setup_dialog.h"
+#include "tool_db_fixture.h"
+#include "tool_grid.h"
 
-#include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QFile>
-#include <QLabel>
-#include <QListWidget>
-#include <QMessageBox>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
+#include <QtWidgets>
 
 namespace {
 
-QString ini(const QString &cnc, const QString &port = QStringLiteral("COM1:"))
-{
-    return QStringLiteral("[Default]\nPort=%1\nBaud=9600\nParity=E\nData=7\nStop=2\nCNC=%2\n"
-                          "Wait-Xon=0\nSpace=0\n")
-        .arg(port, cnc);
-}
-
-// A window over fakes, with its own settings file.
 struct Rig {
     QTemporaryDir dir;
     FakeLink f;
     std::unique_ptr<DncWindow> w;
 
-    explicit Rig(const QString &iniText, const QString &commandLine = QString())
-    {
+    // A null `cnc`: no settings file.
+    explicit Rig(const QString &cnc, const QString &commandLine = QString()) {
         f.g.IniPath = dir.filePath(QStringLiteral("dnc.ini"));
-        if (!iniText.isNull()) {
-            QFile file(f.g.IniPath);
-            file.open(QIODevice::WriteOnly);
-            file.write(iniText.toUtf8());
-        }
+        if (QFile ini(f.g.IniPath); !cnc.isNull() && ini.open(QIODevice::WriteOnly))
+            ini.write("[Default]\nPort=COM1:\nBaud=9600\nParity=E\nData=7\nStop=2\nCNC=" +
+                      cnc.toUtf8() + "\n");
         w = std::make_unique<DncWindow>(f.g, f.comm, f.timer, f.yield, commandLine);
         w->show();
     }
-
-    // "01237" style string of the enabled Command1 indices, with Q for Command2.
-    QString enabled() const
-    {
+    // The enabled Command1 indices, and Q for Command2.
+    QString enabled() const {
         QString s;
         for (int i = 0; i < 8; ++i)
-            if (w->Command1[i]->isEnabled())
-                s += QString::number(i);
-        if (w->Command2->isEnabled())
-            s += QLatin1Char('Q');
-        return s;
+            s += w->Command1[i]->isEnabled() ? QString::number(i) : QString();
+        return w->Command2->isEnabled() ? s + u'Q' : s;
     }
 };
 
-// Runs `act` on the modal dialog that the window opens next.
-void onModal(std::function<void(QWidget *)> act)
-{
+// Runs `act` on the modal box or dialog that the window opens next.
+template <class T> void onModal(std::function<void(T *)> act) {
     QTimer::singleShot(0, [act] {
-        QWidget *modal = QApplication::activeModalWidget();
+        auto *modal = qobject_cast<T *>(QApplication::activeModalWidget());
         QVERIFY(modal);
         act(modal);
     });
@@ -73,182 +49,118 @@ void onModal(std::function<void(QWidget *)> act)
 class TestDncWindow : public QObject {
     Q_OBJECT
 private slots:
-    void startUpByControlType_data();
-    void startUpByControlType();
-    void captionsFollowTheLanguage_data();
-    void captionsFollowTheLanguage();
-    void noSettingsFile();
-    void frameDisablesAndHidesThenGivesBack();
-    void setupChangesCaptionAndButtonsButNotInterval();
-    void helpDuringAnOperationLeavesTheFrameAlone();
-    void helpWhileIdleHidesTheTextAreas();
-    void closingDuringAnOperationEndsItThenTheWindow();
+    void startUp_data();
+    void startUp();
+    void setupInTheFrame();
+    void helpAndClosing();
+    void unusableDatabaseIsReportedAndLeftAlone();
 };
 
-void TestDncWindow::startUpByControlType_data()
-{
+// Captions come from the text table (tested on its own) in the language of the command line.
+void TestDncWindow::startUp_data() {
     QTest::addColumn<QString>("cnc");
+    QTest::addColumn<QString>("line");
     QTest::addColumn<QString>("enabled");
     QTest::addColumn<int>("interval");
-    QTest::newRow("303") << "303" << "0123457Q" << 5000;
-    QTest::newRow("504") << "504" << "012367Q" << 2000;
-    QTest::newRow("XonXoff") << "XonXoff" << "0127Q" << 50000;
-    QTest::newRow("unknown type") << "xonxoff" << "0127Q" << 10000;
+    QTest::addColumn<QString>("receive");
+    auto row = [](const char *name, const QString &cnc, const QString &line, const QString &enabled,
+                  int interval, const QString &receive) {
+        QTest::newRow(name) << cnc << line << enabled << interval << receive;
+    };
+    row("303, English", "303", "", "0123457Q", 5000, "&Reveive");
+    row("504, French", "504", "-c 033", "012367Q", 2000, "&Reception");
+    row("XonXoff, German", "XonXoff", "-c 049", "0127Q", 50000, "&Empfangen");
+    row("no settings file, 039", QString(), "-c 039", "0127Q", 10000, "&Receive");
 }
 
-void TestDncWindow::startUpByControlType()
-{
+void TestDncWindow::startUp() {
     QFETCH(QString, cnc);
-    QFETCH(QString, enabled);
-    QFETCH(int, interval);
-    Rig r(ini(cnc));
-    QCOMPARE(r.enabled(), enabled);
-    QCOMPARE(r.f.timer.interval(), interval);
-    QVERIFY(!r.f.timer.enabled());
-    QCOMPARE(r.w->windowTitle(), QStringLiteral("DNC VELDA - V2.6.0 - COM1:9600,E,7,2"));
-    QVERIFY(!r.w->Text1->isVisible());
-    QVERIFY(!r.w->List1->isVisible());
-    QVERIFY(!r.w->Label1->isVisible());
-    QCOMPARE(r.f.g.PromptSeq, QByteArray("\x10\x37"));
-    QCOMPARE(r.f.g.CR, QByteArray("\r"));
-    QCOMPARE(r.f.comm.opens, 0); // the port is not touched at start-up
-}
-
-void TestDncWindow::captionsFollowTheLanguage_data()
-{
-    QTest::addColumn<QString>("line");
-    QTest::addColumn<QStringList>("captions"); // Command1(0..7), then Command2
-    QTest::newRow("English") << "" << QStringList{"S&etup", "&Send", "&Reveive", "&Map Context",
-                                                  "CC", "CE", "DC", "Help", "&Quit"};
-    QTest::newRow("French") << "-c 033"
-                            << QStringList{"&Configuration", "&Envoi", "&Reception",
-                                           "&MC Contenu CN", "Change prg.", "Change exe.",
-                                           "Effacer", "Aide", "&Quitter"};
-    QTest::newRow("German") << "-c 049"
-                            << QStringList{"E&instellungen", "&Senden", "&Empfangen",
-                                           "&MC Inhalt CNC", "Prg.Wahl", "Produktion",
-                                           QString::fromUtf8("Löschen"), "Hilfe", "&Beenden"};
-    QTest::newRow("English 039") << "-c 039"
-                                 << QStringList{"&Setup", "&Send", "&Receive", "&Map Context",
-                                                "CC", "CE", "DC", "Help", "&Quit"};
-}
-
-void TestDncWindow::captionsFollowTheLanguage()
-{
     QFETCH(QString, line);
-    QFETCH(QStringList, captions);
-    Rig r(ini(QStringLiteral("303")), line);
+    Rig r(cnc, line);
+    QTEST(r.enabled(), "enabled");
+    QTEST(r.f.timer.interval(), "interval");
+    QTEST(r.w->Command1[2]->text(), "receive");
     for (int i = 0; i < 8; ++i)
-        QCOMPARE(r.w->Command1[i]->text(), captions[i]);
-    QCOMPARE(r.w->Command2->text(), captions[8]);
+        QCOMPARE(r.w->Command1[i]->text(), r.f.g.Text(31 + i));
+    QCOMPARE(r.w->Command2->text(), r.f.g.Text(5));
+    QCOMPARE(r.w->windowTitle(),
+             QStringLiteral("DNC VELDA - V2.6.0 - ") + (cnc.isNull() ? "" : "COM1:9600,E,7,2"));
+    QVERIFY(!r.w->Text1->isVisible() && !r.w->List1->isVisible() && !r.w->Label1->isVisible());
+    QCOMPARE(r.f.g.PromptSeq + r.f.g.CR, QByteArray("\x10\x37\r"));
+    QVERIFY(!r.f.timer.enabled() && r.f.comm.opens == 0); // the port is not touched at start-up
+    QVERIFY(!r.w->DBGrid1 && QSqlDatabase::connectionNames().isEmpty()); // nor SQL without -d
 }
 
-void TestDncWindow::noSettingsFile()
-{
-    Rig r{QString()};
-    QCOMPARE(r.enabled(), QStringLiteral("0127Q"));
-    QCOMPARE(r.w->windowTitle(), QStringLiteral("DNC VELDA - V2.6.0 - "));
-    QCOMPARE(r.f.timer.interval(), 10000);
-}
-
-void TestDncWindow::frameDisablesAndHidesThenGivesBack()
-{
-    Rig r(ini(QStringLiteral("504")));
+// Setup with a database: the frame hides and disables while the dialog is open; after it the
+// caption, the buttons and the re-read grid follow at once, the timer's interval does not.
+void TestDncWindow::setupInTheFrame() {
+    ToolDbFixture db;
+    QVERIFY(db.exec("INSERT INTO tool_list VALUES ('drill 8.5', 12, '2026-11-01 10:00:00')"));
+    QTemporaryDir dir(QDir::tempPath() + "/dncXXXXXX"); // a "-s" in the path would be an option
+    QVERIFY(QFile::link(db.path(), dir.filePath("tools.db")));
+    Rig r("303", "-d " + dir.filePath("tools.db"));
+    QVERIFY(r.w->DBGrid1 && r.w->DBGrid1->isVisible());
     r.w->Text1->show();
     r.w->List1->show();
     QString during;
-    bool text1Shown = true, list1Shown = true;
-    // Map on a silent control: look at the window in the first pass of its wait, then let
-    // the clock run out.
-    r.f.yield.then([&] {
-        during = r.enabled();
-        text1Shown = r.w->Text1->isVisible();
-        list1Shown = r.w->List1->isVisible();
-    });
-    r.f.yield.then([&] { r.f.timer.fire(); });
-    QTest::mouseClick(r.w->Command1[3], Qt::LeftButton);
-    QCOMPARE(during, QStringLiteral("7"));
-    QVERIFY(!text1Shown);
-    QVERIFY(!list1Shown);
-    QCOMPARE(r.enabled(), QStringLiteral("012367Q"));
-    QVERIFY(!r.w->busy());
-}
-
-void TestDncWindow::setupChangesCaptionAndButtonsButNotInterval()
-{
-    Rig r(ini(QStringLiteral("303")));
-    onModal([](QWidget *modal) {
-        auto *setup = qobject_cast<SetupDialog *>(modal);
-        QVERIFY(setup);
+    onModal<SetupDialog>([&](SetupDialog *setup) {
+        during = r.enabled() + (r.w->Text1->isVisible() || r.w->List1->isVisible() ? " text" : "") +
+                 (r.w->DBGrid1->isVisible() ? " grid" : "");
+        db.exec("INSERT INTO tool_list VALUES ('endmill 20', 40, '2026-11-02')");
         setup->Combo[0]->setCurrentText(QStringLiteral("COM3:"));
         setup->Combo[5]->setCurrentText(QStringLiteral("504"));
         QTest::mouseClick(setup->Command1, Qt::LeftButton);
     });
     QTest::mouseClick(r.w->Command1[0], Qt::LeftButton);
+    QCOMPARE(during, QStringLiteral("7")); // Text1, List1 and the grid hidden too
     QCOMPARE(r.w->windowTitle(), QStringLiteral("DNC VELDA - V2.6.0 - COM3:9600,E,7,2"));
-    QCOMPARE(r.f.g.CncType, qint16(2));
-    // Map stays, CC and CE go, DC comes.
-    QVERIFY(r.w->Command1[3]->isEnabled());
-    QVERIFY(r.w->Command1[6]->isEnabled());
+    QCOMPARE(r.enabled(), QStringLiteral("012367Q")); // Map stays, CC and CE go, DC comes
     QCOMPARE(r.f.timer.interval(), 5000);
+    QVERIFY(r.w->DBGrid1->isVisible());
+    QCOMPARE(r.w->DBGrid1->model()->index(0, 0).data(), QVariant("endmill 20")); // re-read
 }
 
-void TestDncWindow::helpDuringAnOperationLeavesTheFrameAlone()
-{
-    Rig r(ini(QStringLiteral("303")));
+// Decided: during an operation help shows its box and nothing else, so the buttons stay
+// disabled; closing the window ends the operation at its next pass, then the window.
+void TestDncWindow::helpAndClosing() {
+    Rig r("303");
+    QString help;
+    onModal<QMessageBox>([&](QMessageBox *box) {
+        help = box->icon() == QMessageBox::NoIcon ? box->windowTitle() + ": " + box->text() : "";
+        box->accept();
+    });
+    QTest::mouseClick(r.w->Command1[7], Qt::LeftButton);
+    QCOMPARE(help, "DNC VELDA: " + HelpText(1));
+
     QString afterHelp;
     r.f.yield.then([&] {
         QTest::mouseClick(r.w->Command1[7], Qt::LeftButton);
         afterHelp = r.enabled();
     });
-    r.f.yield.then([&] { r.f.timer.fire(); });
+    r.f.yield.then([&] {
+        auto *box = r.w->findChild<QMessageBox *>();
+        help = box && box->isVisible() ? box->text() : QString();
+        r.w->close();
+    });
     QTest::mouseClick(r.w->Command1[3], Qt::LeftButton);
     QCOMPARE(afterHelp, QStringLiteral("7"));
-    bool helpShown = false;
-    for (QWidget *top : QApplication::topLevelWidgets()) {
-        if (auto *box = qobject_cast<QMessageBox *>(top); box && box->isVisible()) {
-            helpShown = box->text().startsWith(QStringLiteral("Command line option :"));
-            box->close();
-        }
-    }
-    QVERIFY(helpShown);
-    QCOMPARE(r.enabled(), QStringLiteral("0123457Q"));
+    QCOMPARE(help, HelpText(1));
+    QVERIFY(r.f.g.Closing && !r.w->isVisible());
+    QVERIFY(!r.f.comm.open && r.f.comm.closes == 1); // port closed, pointer back
+    QCOMPARE(QApplication::overrideCursor(), nullptr);
 }
 
-void TestDncWindow::helpWhileIdleHidesTheTextAreas()
-{
-    Rig r(ini(QStringLiteral("303")));
-    r.w->Text1->show();
-    r.w->List1->show();
-    QString text;
-    onModal([&](QWidget *modal) {
-        auto *box = qobject_cast<QMessageBox *>(modal);
-        QVERIFY(box);
-        text = box->text();
+void TestDncWindow::unusableDatabaseIsReportedAndLeftAlone() {
+    const QString missing = QStringLiteral("/nonexistent/none.db");
+    QString message;
+    onModal<QMessageBox>([&](QMessageBox *box) {
+        message = box->text();
         box->accept();
     });
-    QTest::mouseClick(r.w->Command1[7], Qt::LeftButton);
-    QVERIFY(text.startsWith(QStringLiteral("Command line option :\n\r")));
-    QVERIFY(!r.w->Text1->isVisible());
-    QVERIFY(!r.w->List1->isVisible());
-    QCOMPARE(r.enabled(), QStringLiteral("0123457Q"));
-}
-
-void TestDncWindow::closingDuringAnOperationEndsItThenTheWindow()
-{
-    Rig r(ini(QStringLiteral("303")));
-    bool stillShownAfterClose = false;
-    r.f.yield.then([&] {
-        r.w->close();
-        stillShownAfterClose = r.w->isVisible();
-    });
-    QTest::mouseClick(r.w->Command1[3], Qt::LeftButton);
-    QVERIFY(stillShownAfterClose); // the operation ends first
-    QVERIFY(r.f.g.Closing);
-    QVERIFY(!r.f.comm.open);
-    QCOMPARE(r.f.comm.closes, 1);
-    QVERIFY(!r.w->isVisible());
-    QCOMPARE(QApplication::overrideCursor(), nullptr);
+    Rig r("303", "-d " + missing);
+    QVERIFY(message.contains(missing));
+    QVERIFY(!r.f.g.ToolDbEnabled && !r.w->DBGrid1);
+    QVERIFY(!QFile::exists(missing));
 }
 
 QTEST_MAIN(TestDncWindow)

@@ -1,17 +1,24 @@
 #pragma once
-// A settings file of its own for each test: a fresh folder, the path in g.IniPath.
+// A settings file of its own for each test, with fresh Globals pointing at it. Its folder does
+// not exist yet: the first write must make it.
 
 #include "globals.h"
+#include "settings.h"
 
-#include <QFile>
+#include <QDir>
 #include <QTemporaryDir>
 
 struct IniFile {
     QTemporaryDir dir;
-    QString path = dir.filePath(QStringLiteral("dnc.ini"));
+    QString path = dir.filePath(QStringLiteral("config/dnc.ini"));
+    Globals g;
 
-    void useIn(Globals &g) const { g.IniPath = path; }
+    IniFile() {
+        g.IniPath = path;
+        InitChoices(g);
+    }
     void write(const QByteArray &bytes) const {
+        QDir().mkpath(dir.filePath(QStringLiteral("config")));
         QFile f(path);
         if (f.open(QIODevice::WriteOnly))
             f.write(bytes);
@@ -20,5 +27,4 @@ struct IniFile {
         QFile f(path);
         return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
     }
-    bool exists() const { return QFile::exists(path); }
 };

@@ -1,217 +1,212 @@
 #include "command_line.h"
 #include "ini_file.h"
 #include "profile.h"
-#include "settings.h"
 #include "setup_form.h"
 
 #include <QTest>
 
+#include <csignal>
+#include <sys/resource.h>
+
 class TestSettings : public QObject {
     Q_OBJECT
 private slots:
-    void fileFromSetupIsReadInFull();
-    void anyCaseOfKeys_data();
-    void anyCaseOfKeys();
-    void firstMissingKey_data();
-    void firstMissingKey();
-    void noFile();
-    void cncComparedExactly();
-    void secondReadRebuilds();
-    void flags_data();
-    void flags();
-    void absentSectionBehavesAsNoFile();
+    void getProfile_data();
+    void getProfile();
+    void putProfile_data();
+    void putProfile();
+    void failedWriteLeavesTheOldFile();
+    void defaultPath();
+    void readSettings_data();
+    void readSettings();
+    void absentSectionReadsAsNoFile();
 };
+
+// Key "Port" of section "Default" throughout.
+void TestSettings::getProfile_data() {
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QString>("value");
+    QByteArray noise; // every byte value, scrambled
+    for (quint32 i = 0; i < 65536; ++i)
+        noise += char((i * 2654435761u) >> 24);
+    const QByteArray longLine(100000, 'x');
+
+    QTest::newRow("names ignore case") << QByteArray("[default]\nPORT=COM1:\n") << "COM1:";
+    QTest::newRow("blanks around") << QByteArray(" [ Default ] \n\t Port  = C 1 \t\n") << "C 1";
+    QTest::newRow("equals sign in the value") << QByteArray("[Default]\nPort=/a=b=\n") << "/a=b=";
+    QTest::newRow("first of duplicate keys") << QByteArray("[Default]\nPort=1\nPORT=2\n") << "1";
+    QTest::newRow("repeated section")
+        << QByteArray("[Default]\n[B]\nPort=1\n[DEFAULT]\nPort=2") << "2";
+    QTest::newRow("names are whole")
+        << QByteArray("[Default2]\nPort=1\n[Default]\nPortX=2\nPor=3") << "";
+    QTest::newRow("no sections") << QByteArray("Port=COM1:\nBaud=9600\n") << "";
+    QTest::newRow("cut to 254 characters")
+        << "[Default]\nPort=" + QString(300, u'\u00e9').toUtf8() << QString(254, u'\u00e9');
+    QTest::newRow("random bytes, then a section")
+        << noise + QByteArray("\n[Default]\nPort=2") << "2";
+    QTest::newRow("NUL in a value")
+        << QByteArray("[Default]\nPort=C\0M\n", 19) << QString::fromUtf8("C\0M", 3);
+    QTest::newRow("line and value of 100 000 characters")
+        << "[Default]\n" + longLine + "\nPort=" + longLine << QString(254, u'x');
+}
+
+void TestSettings::getProfile() {
+    QFETCH(QByteArray, file);
+    QFETCH(QString, value);
+    IniFile ini;
+    ini.write(file);
+    QCOMPARE(GetProfile(ini.g, "Default", "Port"), value);
+    // Such a file takes a write too, and keeps what it held.
+    PutProfile(ini.g, "Default", "Soft", "05");
+    QCOMPARE(GetProfile(ini.g, "default", "SOFT"), QStringLiteral("05"));
+    QCOMPARE(GetProfile(ini.g, "Default", "Port"), value);
+}
+
+// Key "Baud" of section "Default" throughout; an empty `before` is no file at all.
+void TestSettings::putProfile_data() {
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QByteArray>("after");
+    const QByteArray junk("\xff\xfe\x01\x00 not \x80 UTF-8\n", 17);
+    const QString longDir = QStringLiteral("/op\u00e9rateur/a=b/") + QString(300, u'd');
+
+    QTest::newRow("new file and folder")
+        << QByteArray() << "300" << QByteArray("[Default]\nBaud=300\n");
+    QTest::newRow("in place, first of two, spelling and other lines kept")
+        << QByteArray("; shop\n\n[B]\nBaud=1\n\n[default]\n  BAUD = 1 \njunk\nBaud=2\n") << "300"
+        << QByteArray("; shop\n\n[B]\nBaud=1\n\n[default]\nBAUD=300\njunk\nBaud=2\n");
+    QTest::newRow("at the end of its section") << QByteArray("[Default]\nA=1\n\n[B]\n") << "3"
+                                               << QByteArray("[Default]\nA=1\nBaud=3\n\n[B]\n");
+    QTest::newRow("in an empty last section")
+        << QByteArray("[B]\n[Default]") << "3" << QByteArray("[B]\n[Default]\nBaud=3\n");
+    QTest::newRow("new section behind the others, CR LF")
+        << QByteArray("[B]\r\nX=1") << "3"
+        << QByteArray("[B]\r\nX=1\r\n\r\n[Default]\r\nBaud=3\r\n");
+    QTest::newRow("CR LF kept; a value ends at a line break")
+        << QByteArray("[Default]\r\nBaud=1\r\n") << "3\n[Evil]"
+        << QByteArray("[Default]\r\nBaud=3\r\n");
+    QTest::newRow("lines that are not UTF-8 kept")
+        << junk + "[Default]\nBaud=1\n" + junk << "3" << junk + "[Default]\nBaud=3\n" + junk;
+    QTest::newRow("accents, the whole long value")
+        << QByteArray() << longDir << "[Default]\nBaud=" + longDir.toUtf8() + "\n";
+}
+
+void TestSettings::putProfile() {
+    QFETCH(QByteArray, before);
+    QFETCH(QString, value);
+    QFETCH(QByteArray, after);
+    IniFile ini;
+    if (!before.isEmpty())
+        ini.write(before);
+    PutProfile(ini.g, "Default", "Baud", value);
+    QCOMPARE(ini.read(), after);
+}
+
+// Root may write anywhere, but not beyond the file size limit.
+void TestSettings::failedWriteLeavesTheOldFile() {
+    IniFile ini;
+    const QByteArray old = "[Default]\nPort=COM1:\n" + QByteArray(4000, ';') + "\n";
+    ini.write(old);
+    rlimit saved{};
+    QVERIFY(getrlimit(RLIMIT_FSIZE, &saved) == 0);
+    const rlimit small{1000, saved.rlim_max};
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    QVERIFY(setrlimit(RLIMIT_FSIZE, &small) == 0);
+    PutProfile(ini.g, "Default", "Port", "COM2:");
+    setrlimit(RLIMIT_FSIZE, &saved);
+    std::signal(SIGXFSZ, handler);
+    QCOMPARE(ini.read(), old);
+    QCOMPARE(QDir(ini.dir.filePath("config")).entryList(QDir::NoDotAndDotDot | QDir::AllEntries),
+             QStringList{"dnc.ini"}); // no temporary file left behind
+}
+
+void TestSettings::defaultPath() {
+    const QByteArray saved = qgetenv("XDG_CONFIG_HOME");
+    qputenv("XDG_CONFIG_HOME", "/srv/cfg");
+    const QString absolute = DefaultIniPath();
+    qputenv("XDG_CONFIG_HOME", "cfg"); // relative: the file would move with the current folder
+    const QString relative = DefaultIniPath();
+    qputenv("XDG_CONFIG_HOME", saved);
+    QCOMPARE(absolute, QStringLiteral("/srv/cfg/dnc.ini"));
+    QCOMPARE(relative, QDir::homePath() + "/.config/dnc.ini");
+}
 
 namespace {
 
-Globals freshGlobals(const IniFile &ini) {
-    Globals g;
-    ini.useIn(g);
-    InitChoices(g);
-    return g;
+// As the setup dialog writes it.
+const QByteArray Section = "[Default]\nPort=COM3:\nBaud=4800\nParity=O\nData=7\nStop=2\nCNC=504\n"
+                           "Soft=05\nWait-Xon=1\nSpace=0\n";
+const QString Full = QStringLiteral("COM3:4800,O,7,2");
+
+void readRow(const char *name, const QStringList &edits, int cnc, int waitXon, int noSpace,
+             const QString &com = Full, const QByteArray &file = Section) {
+    QTest::newRow(name) << file << edits << com << cnc << waitXon << noSpace;
 }
 
 } // namespace
 
-void TestSettings::fileFromSetupIsReadInFull() {
-    IniFile ini;
-    Globals g = freshGlobals(ini);
-    SetupForm form = LoadSetup(g);
-    form.selected = {1, 5, 2, 1, 1, 2, 2}; // COM2: 9600 None 8 2 XonXoff 10
-    form.check1 = 1;
-    form.check2 = 1;
-    SaveSetup(g, form);
-
-    ReadSettings(g);
-    QCOMPARE(g.ComSettings, QStringLiteral("COM2:9600,N,8,2"));
-    QCOMPARE(g.CncType, qint16(3));
-    QCOMPARE(g.WaitXon, qint16(1));
-    QCOMPARE(g.NoSpace, qint16(1));
-}
-
-void TestSettings::anyCaseOfKeys_data() {
+// Each row edits the section (an empty value reads as a missing key) and reads it over
+// settings left by an earlier read.
+void TestSettings::readSettings_data() {
     QTest::addColumn<QByteArray>("file");
-    QTest::newRow("as the dialog writes")
-        << QByteArray("[Default]\nPort=COM3:\nBaud=4800\nParity=O\nData=7\nStop=2\nCNC=504\n"
-                      "Wait-Xon=1\nSpace=0\n");
-    QTest::newRow("as the reader asks")
-        << QByteArray("[Default]\nPort=COM3:\nBAUD=4800\nPARITY=O\nDATA=7\nSTOP=2\nCNC=504\n"
-                      "wait-xon=1\nSpace=0\n");
-    QTest::newRow("by hand, any case")
-        << QByteArray("[DEFAULT]\nport=COM3:\nbAuD=4800\nparity=O\ndata=7\nsToP=2\ncnc=504\n"
-                      "WAIT-XON=1\nSPACE=0\n");
+    QTest::addColumn<QStringList>("edits");
+    QTest::addColumn<QString>("com");
+    QTest::addColumn<int>("cnc");
+    QTest::addColumn<int>("waitXon");
+    QTest::addColumn<int>("noSpace");
+    readRow("dialog's spelling of the keys", {}, 2, 1, 0);
+    readRow("keys and section in other case", {}, 2, 1, 0, Full, Section.toUpper());
+    readRow("Port missing: nothing read", {"Port="}, 1, 7, 7, "old");
+    readRow("BAUD missing", {}, 1, 7, 7, "COM3:", QByteArray(Section).replace("Baud=4800\n", ""));
+    readRow("PARITY empty", {"Parity="}, 1, 7, 7, "COM3:4800,");
+    readRow("DATA empty", {"Data="}, 1, 7, 7, "COM3:4800,O,");
+    readRow("STOP empty", {"Stop="}, 1, 7, 7, "COM3:4800,O,7,");
+    readRow("CNC in other case: type kept, flags read", {"CNC=xonxoff"}, 1, 1, 0);
+    readRow("Port without colon", {"Port=COM3"}, 2, 1, 0, "COM34800,O,7,2");
+    readRow("XonXoff", {"CNC=XonXoff", "Wait-Xon=0", "Space=1"}, 3, 0, 1);
+    // A flag is the number its value begins with, rounded to 16 bits; beyond them it is on.
+    readRow("flag missing; half to even", {"Wait-Xon=", "Space=1.5"}, 2, 0, 2);
+    readRow("beyond 16 bits; negative", {"Wait-Xon=99999", "Space=-1"}, 2, 1, -1);
+    readRow("text behind; a comma ends", {"Wait-Xon=1 yes", "Space=1,5"}, 2, 1, 1);
+    readRow("blank behind the sign; no integer part", {"Wait-Xon=- 1", "Space=.6"}, 2, 0, 1);
+    readRow("exponent; e without digits", {"Wait-Xon=25e-1", "Space=1e+x"}, 2, 2, 1);
+    readRow("half above the top; below", {"Wait-Xon=32767.5", "Space=-32768.5"}, 2, 1, -32768);
+    readRow("overflow; underflow", {"Wait-Xon=1e99999999999999999999", "Space=1e-400"}, 2, 1, 0);
+    readRow("hex; many digits", {"Wait-Xon=0x10", "Space=1" + QString(200, u'0') + "e-198"}, 2, 0,
+            100);
 }
 
-void TestSettings::anyCaseOfKeys() {
+void TestSettings::readSettings() {
     QFETCH(QByteArray, file);
+    QFETCH(QStringList, edits);
+    QFETCH(QString, com);
     IniFile ini;
     ini.write(file);
-    Globals g = freshGlobals(ini);
-    ReadSettings(g);
-    QCOMPARE(g.ComSettings, QStringLiteral("COM3:4800,O,7,2"));
-    QCOMPARE(g.CncType, qint16(2));
-    QCOMPARE(g.WaitXon, qint16(1));
-    QCOMPARE(g.NoSpace, qint16(0));
+    for (const QString &e : edits)
+        PutProfile(ini.g, "Default", e.section(u'=', 0, 0), e.section(u'=', 1));
+    ini.g.ComSettings = "old";
+    ini.g.CncType = 1;
+    ini.g.WaitXon = ini.g.NoSpace = 7;
+    ReadSettings(ini.g);
+    QCOMPARE(ini.g.ComSettings, com);
+    QTEST(int(ini.g.CncType), "cnc");
+    QTEST(int(ini.g.WaitXon), "waitXon");
+    QTEST(int(ini.g.NoSpace), "noSpace");
 }
 
-void TestSettings::firstMissingKey_data() {
-    QTest::addColumn<QString>("missing");
-    QTest::addColumn<QString>("comSettings");
-    // Port missing: nothing is read, the old string stays.
-    QTest::newRow("Port") << "Port"
-                          << "COM4:300,E,7,1";
-    QTest::newRow("BAUD") << "Baud"
-                          << "COM1:";
-    QTest::newRow("PARITY") << "Parity"
-                            << "COM1:9600,";
-    QTest::newRow("DATA") << "Data"
-                          << "COM1:9600,E,";
-    QTest::newRow("STOP") << "Stop"
-                          << "COM1:9600,E,8,";
-}
-
-void TestSettings::firstMissingKey() {
-    QFETCH(QString, missing);
-    QFETCH(QString, comSettings);
-    const QStringList keys = {"Port", "Baud", "Parity", "Data", "Stop", "CNC", "Wait-Xon", "Space"};
-    const QStringList values = {"COM1:", "9600", "E", "8", "1", "XonXoff", "0", "0"};
-    for (const bool emptyValue : {false, true}) {
-        IniFile ini;
-        Globals g = freshGlobals(ini);
-        for (qsizetype i = 0; i < keys.size(); ++i) {
-            if (keys[i] != missing)
-                PutProfile(g, "Default", keys[i], values[i]);
-            else if (emptyValue) // an empty value reads as a missing key
-                PutProfile(g, "Default", keys[i], QString());
-        }
-        g.ComSettings = "COM4:300,E,7,1";
-        g.CncType = 1;
-        g.WaitXon = 1;
-        g.NoSpace = 1;
-        ReadSettings(g);
-        QCOMPARE(g.ComSettings, comSettings);
-        QCOMPARE(g.CncType, qint16(1));
-        QCOMPARE(g.WaitXon, qint16(1));
-        QCOMPARE(g.NoSpace, qint16(1));
-    }
-}
-
-void TestSettings::noFile() {
+void TestSettings::absentSectionReadsAsNoFile() {
     IniFile ini;
-    Globals g = freshGlobals(ini);
-    ReadSettings(g);
-    QCOMPARE(g.ComSettings, QString());
-    QCOMPARE(g.CncType, qint16(0));
-    QCOMPARE(g.WaitXon, qint16(0));
-    QCOMPARE(g.NoSpace, qint16(0));
-    QVERIFY(!ini.exists());
-}
-
-void TestSettings::cncComparedExactly() {
-    IniFile ini;
-    ini.write("[Default]\nPort=COM1:\nBaud=9600\nParity=E\nData=7\nStop=2\nCNC=xonxoff\n"
-              "Wait-Xon=1\nSpace=1\n");
-    Globals g = freshGlobals(ini);
-    g.CncType = 1;
-    ReadSettings(g);
-    QCOMPARE(g.CncType, qint16(1));
-    QCOMPARE(g.ComSettings, QStringLiteral("COM1:9600,E,7,2"));
-    QCOMPARE(g.WaitXon, qint16(1));
-    QCOMPARE(g.NoSpace, qint16(1));
-
-    PutProfile(g, "Default", "CNC", "XonXoff");
-    ReadSettings(g);
-    QCOMPARE(g.CncType, qint16(3));
-}
-
-void TestSettings::secondReadRebuilds() {
-    IniFile ini;
-    ini.write("[Default]\nPort=COM1\nBaud=9600\nParity=E\nData=7\nStop=2\nCNC=504\n");
-    Globals g = freshGlobals(ini);
-    ReadSettings(g);
-    QCOMPARE(g.ComSettings, QStringLiteral("COM19600,E,7,2")); // no colon without one in Port
-    QCOMPARE(g.CncType, qint16(2));
-
-    PutProfile(g, "Default", "Port", "COM2:");
-    PutProfile(g, "Default", "Baud", "300");
-    ReadSettings(g);
-    QCOMPARE(g.ComSettings, QStringLiteral("COM2:300,E,7,2"));
-}
-
-void TestSettings::flags_data() {
-    QTest::addColumn<QString>("value"); // "<none>": key missing
-    QTest::addColumn<int>("flag");
-    QTest::newRow("missing") << "<none>" << 0;
-    QTest::newRow("empty") << "" << 0;
-    QTest::newRow("0") << "0" << 0;
-    QTest::newRow("1") << "1" << 1;
-    QTest::newRow("blank before") << "  1" << 1;
-    QTest::newRow("text after") << "1 yes" << 1;
-    QTest::newRow("not a number") << "yes" << 0;
-    QTest::newRow("half to even 0") << "0.5" << 0;
-    QTest::newRow("half to even 2") << "1.5" << 2;
-    QTest::newRow("negative") << "-1" << -1;
-    QTest::newRow("beyond 16 bits is on") << "99999" << 1;
-    QTest::newRow("far below 16 bits is on") << "-1e30" << 1;
-}
-
-void TestSettings::flags() {
-    QFETCH(QString, value);
-    QFETCH(int, flag);
-    IniFile ini;
-    ini.write("[Default]\nPort=COM1:\nBaud=9600\nParity=E\nData=7\nStop=2\nCNC=303\n");
-    Globals g = freshGlobals(ini);
-    g.WaitXon = 7;
-    g.NoSpace = 7;
-    if (value != "<none>") {
-        PutProfile(g, "Default", "Wait-Xon", value);
-        PutProfile(g, "Default", "SPACE", value);
-    }
-    ReadSettings(g);
-    QCOMPARE(int(g.WaitXon), flag);
-    QCOMPARE(int(g.NoSpace), flag);
-}
-
-void TestSettings::absentSectionBehavesAsNoFile() {
-    IniFile ini;
-    ini.write("[Default]\nPort=COM1:\nBaud=9600\nParity=E\nData=7\nStop=2\nCNC=303\n"
-              "Wait-Xon=1\nSpace=1\n");
-    const QByteArray before = ini.read();
-    Globals g = freshGlobals(ini);
-    GetParameter(g, "-s Shop");
-    ReadSettings(g);
-    QCOMPARE(g.ComSettings, QString());
-    QCOMPARE(g.CncType, qint16(0));
-    QCOMPARE(g.WaitXon, qint16(0));
-
-    // The dialog opens with its defaults and its button creates the section; Default stays.
-    const SetupForm form = LoadSetup(g);
-    QCOMPARE(form.selected, (std::array<int, 7>{}));
-    SaveSetup(g, form);
-    QVERIFY(ini.read().startsWith(before));
-    ReadSettings(g);
-    QCOMPARE(g.ComSettings, QStringLiteral("COM1:300,E,7,1"));
-    QCOMPARE(g.CncType, qint16(1));
+    ini.write(Section);
+    GetParameter(ini.g, "-s Shop");
+    ReadSettings(ini.g);
+    QCOMPARE(ini.g.ComSettings, QString());
+    QCOMPARE(ini.g.CncType, qint16(0));
+    // The dialog opens with its defaults and its button makes the section; Default stays.
+    SaveSetup(ini.g, LoadSetup(ini.g));
+    QVERIFY(ini.read().startsWith(Section));
+    ReadSettings(ini.g);
+    QCOMPARE(ini.g.ComSettings, QStringLiteral("COM1:300,E,7,1"));
+    QCOMPARE(ini.g.CncType, qint16(1));
 }
 
 QTEST_GUILESS_MAIN(TestSettings)
