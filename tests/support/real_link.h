@@ -1,17 +1,16 @@
 #pragma once
-// A link of real pieces for tests against the virtual control: the real port on the
-// control's pseudo-terminal, the link's clock (run `divisor` times faster, so that a silence
-// ends a wait without real seconds), the event loop's yield, and a recording screen whose
-// operator picks an entry of List1 as soon as it shows one.
+// Real pieces against the virtual control: the port on its pseudo-terminal, the clock run
+// `divisor` times faster (a silence ends a wait without real seconds), the event loop's yield.
 
 #include "event_loop_yield.h"
 #include "fake_link.h"
 #include "qt_link_timer.h"
 #include "serial_comm.h"
 
+// The operator picks entry `pick` of List1 as soon as it shows one.
 class OperatorScreen : public RecordingScreen {
 public:
-    int pick = -1; // the entry the operator clicks; -1: none
+    int pick = -1;
     int list1ListIndex() const override { return list1Visible && pick < list1Count() ? pick : -1; }
 };
 

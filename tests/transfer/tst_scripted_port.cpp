@@ -1,0 +1,314 @@
+// Transfers over the scripted port and clock, read by read: the waits, the lines as read from
+// the file, every way through SendData and ReceiveFile, and the files chosen and saved.
+#include "chunk_script.h"
+#include "nc_line_reader.h"
+#include "profile.h"
+#include "rows.h"
+#include "transfer.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+
+using Chunks = QList<QByteArray>;
+
+namespace {
+const B Dle("\x10"), Xoff("\x13"), Pc = "PC\r" + Go;
+const QString Timeout = QStringLiteral("Timeout - No answer from CNC");
+
+// A link over fakes and a program P.tap in a temporary folder; the tool list notes the files
+// it is given before the port or the pointer is touched.
+struct Run : ToolListHook {
+    FakeLink f;
+    QTemporaryDir dir;
+    QString path = dir.filePath(QStringLiteral("P.tap"));
+    QStringList toolCalls;
+    Run(int type, const B &content) {
+        f.g.ComSettings = QStringLiteral("COM2:9600,E,7,1");
+        f.g.CncType = qint16(type);
+        f.g.ToolDbEnabled = true;
+        f.g.IniPath = dir.filePath(QStringLiteral("dnc.ini"));
+        f.g.TextTable[6 * 5 + 1] = QStringLiteral("Send file : ");
+        f.g.TextTable[7 * 5 + 1] = Timeout;
+        f.timer.ms = 2000; // as start-up leaves it for "504"
+        f.link.toolList = this;
+        QFile file(path);
+        if (file.open(QIODevice::WriteOnly))
+            file.write(content);
+    }
+    void UpdateToolList(const QString &file) override {
+        if (f.comm.opens == 0 && f.screen.pointers.isEmpty())
+            toolCalls << file;
+    }
+    QString in(const QString &name) const { // in the folder unless it starts with "/"
+        return name.startsWith('/') ? name : QDir::cleanPath(dir.path() + '/' + name);
+    }
+};
+} // namespace
+
+class TestScriptedPort : public QObject {
+    Q_OBJECT
+private slots:
+    void waits_data() {
+        QTest::addColumn<bool>("xon");
+        QTest::addColumn<Chunks>("chunks"); // one a pass, then silence or the window closing
+        QTest::addColumn<bool>("closing");
+        QTest::addColumn<bool>("result");
+        QTest::addColumn<B>("left"); // still unread at the end
+        Row("DLE and 7 in two reads", false, Chunks{Dle, "", "7"}, false, true, B());
+        Row("noise and DLE, then a lone 7", false, Chunks{"x" + Dle, "7"}, false, false, B("7"));
+        Row("7 before DLE", false, Chunks{"7" + Dle}, false, false, B());
+        Row("answer with the tick", false, Chunks{Go + Tick}, false, true, B());
+        Row("window closed", false, Chunks{Dle}, true, false, Dle);
+        Row("X-off and X-on together", true, Chunks{Xoff + Xon}, false, true, B());
+    }
+    void waits() {
+        QFETCH(Chunks, chunks);
+        QFETCH(bool, closing);
+        Run r(1, B());
+        FakeLink &f = r.f;
+        f.comm.open = true;
+        f.g.TimedOut = true; // left by an earlier wait: each wait starts afresh
+        deliverChunks(f, chunks);
+        if (closing)
+            f.yield.idle = [&f] { f.g.Closing = true; };
+        QFETCH(bool, xon);
+        const bool result = xon ? WaitForXon(f.link) : WaitForAnswer(f.link);
+        QTEST(result, "result");
+        QCOMPARE(f.g.TimedOut, !result || (!chunks.isEmpty() && chunks.last().endsWith(Tick)));
+        const bool told = !result && !closing;
+        QCOMPARE(f.screen.boxes.size(), told ? 1 : 0);
+        QVERIFY(!told ||
+                (f.screen.boxes[0].text == Timeout && f.screen.boxes[0].icon == BoxIcon::None));
+        QTEST(f.comm.inbox, "left");
+        QVERIFY(f.timer.starts == 1 && !f.timer.on && f.comm.writes.isEmpty());
+    }
+
+    void lines() {
+        const B file("AB\r\nC\rD\nE\r\n\nF\n\r\r\nG\0\r\nH", 22);
+        const Chunks lines{"AB", "C", "D\nE", "\nF\n", "", B("G\0", 2), "H"};
+        Run r(1, file);
+        // Small blocks put every CR LF across a block boundary somewhere.
+        for (qint64 block : {1, 2, 3, 7, 65536}) {
+            NcLineReader reader(r.path, block);
+            QVERIFY(reader.open() && reader.size() == file.size());
+            Chunks read;
+            while (!reader.atEnd() && read.size() <= lines.size())
+                read << reader.readLine();
+            QVERIFY2(read == lines, qPrintable(QString::number(block)));
+        }
+    }
+
+    // The exact dialogue of each type goes through the real port; here the ways it ends.
+    void send_data() {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<QString>("fault");
+        QTest::addColumn<B>("wire");
+        QTest::addColumn<QString>("told"); // what the one box says; none if empty
+        const B all = Xon + Lines(10, "\r");
+        Row("303", 1, "", "R\r" + Lines(10, "\r") + Eot, "");
+        Row("303, window closed", 1, "close at line 2", "R\r" + Lines(2, "\r") + Eot, "");
+        Row("no port set up", 1, "no setup", B(), "Choose one with Setup.");
+        Row("missing file", 1, "missing", B(), "nothere.tap: No such file");
+        Row("empty file", 1, "empty", B(), "");
+        Row("XonXoff, window closed", 3, "close at line 2", Xon + Lines(2, "\r"), "");
+        Row("XonXoff, opening X-on", 3, "WaitXon, resume", all, "");
+        Row("XonXoff, no opening X-on", 3, "WaitXon", Xon, Timeout);
+        Row("XonXoff, halted, resumed", 3, "halt \x13, resume", all, "");
+        Row("XonXoff, halted for good", 3, "halt ?", Xon + Lines(2, "\r"), Timeout);
+        Row("XonXoff, X-off and X-on together", 3, "halt \x13\x11", all, "");
+    }
+    void send() {
+        QFETCH(int, type);
+        QFETCH(QString, fault);
+        QFETCH(QString, told);
+        Run r(type, fault == "empty" ? B() : Lines(10));
+        const QString path = fault == "missing" ? r.in("nothere.tap") : r.path;
+        if (fault == "no setup")
+            r.f.g.ComSettings.clear();
+        r.f.g.WaitXon = fault.startsWith("WaitXon");
+        // Each line must find the queue drained by the one before (nothing drains behind "R").
+        r.f.comm.stallOutput = 2;
+        r.f.comm.drainPerPoll = 1;
+        bool drained = true;
+        B previous;
+        r.f.comm.onOutput = [&](const B &b) {
+            if (type != 3 && !previous.isEmpty() && previous != "R\r")
+                drained = drained && (r.f.comm.queued == 2 || r.f.g.Closing);
+            previous = b;
+            if (type != 3)
+                r.f.comm.inbox += Go;
+            if (b == "L2\r" && fault.startsWith("halt ")) // what the control halts with
+                r.f.comm.inbox += fault.mid(5, fault.indexOf(',') - 5).toLatin1();
+            r.f.g.Closing = r.f.g.Closing || (b == "L2\r" && fault == "close at line 2");
+        };
+        // A silent pass of a wait brings the X-on the row promises, or the clock's tick.
+        r.f.yield.idle = [&] {
+            if (r.f.timer.on && r.f.comm.inbox.isEmpty())
+                fault.endsWith("resume") ? void(r.f.comm.inbox += Xon) : r.f.timer.fire();
+        };
+        SendData(r.f.link, path);
+
+        QTEST(r.f.comm.written(), "wire");
+        QVERIFY(drained);
+        QCOMPARE(r.f.screen.boxes.size(), told.isEmpty() ? 0 : 1);
+        if (!told.isEmpty()) {
+            QVERIFY2(r.f.screen.boxes[0].text.contains(told), qPrintable(r.f.screen.boxes[0].text));
+            QCOMPARE(r.f.screen.boxes[0].icon, told == Timeout ? BoxIcon::None : BoxIcon::Critical);
+        }
+        QCOMPARE(r.toolCalls, QStringList{path}); // counted also when the file then fails
+        const bool opened = !QStringList{"no setup", "missing", "empty"}.contains(fault);
+        QVERIFY(r.f.comm.opens == int(opened) && r.f.comm.closes == r.f.comm.opens);
+        if (opened)
+            QVERIFY(r.f.comm.port == 2 && r.f.comm.settings == "9600,E,7,1" && r.f.comm.dtr);
+        QCOMPARE(r.f.screen.pointers.first(), fault == "no setup" ? 0 : 11);
+        QCOMPARE(r.f.timer.interval(), opened && type != 0 ? 5000 : 2000);
+        QVERIFY(!r.f.comm.open && !r.f.timer.on && !r.f.screen.label1Visible);
+        QCOMPARE(r.f.screen.pointer, 0);
+    }
+
+    void caption() {
+        Run r(1, "A\r\nB\r\n" + B(394, 'C')); // 400 bytes: 0.25%, 0.5% and 99% sent
+        r.f.comm.onOutput = [&](const B &) { r.f.comm.inbox += Go; };
+        SendData(r.f.link, r.path);
+        const QString p = "Send file : " + r.path + " - ";
+        QCOMPARE(r.f.screen.captions, (QStringList{p, p + "%", p + "1%", p + "99%"}));
+    }
+
+    void choose_data() {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<bool>("simple");    // -b
+        QTest::addColumn<QString>("answer"); // in the input box; "": Cancel, "*": the default
+        QTest::addColumn<QString>("gives");  // the file dialog's answer
+        QTest::addColumn<QString>("shown");  // the name it opens with; "-": no dialog
+        QTest::addColumn<QString>("sent");
+        Row("PART", 1, true, "PART", "", "-", "PART.tap");
+        Row("PA: no PA.tap", 2, true, "PA", "PART.tap", "PA*.tap", "PART.tap");
+        Row("PART.NC", 1, true, "PART.NC", "", "-", "PART.NC");
+        Row("*", 1, true, "*", "", "**.tap", "");
+        Row("Cancel in the input box", 1, true, "", "EMPTY.tap", "*.tap", "EMPTY.tap");
+        Row("XonXoff ignores -b", 3, true, "", "CUT.LCC", "", "CUT.LCC");
+        Row("Cancel in the dialog", 2, false, "", "", "", "");
+        Row("root folder", 1, false, "", "/dnc-none.tap", "", "/dnc-none.tap");
+    }
+    void choose() {
+        QFETCH(int, type);
+        QFETCH(QString, answer);
+        QFETCH(QString, gives);
+        QFETCH(QString, shown);
+        QFETCH(QString, sent);
+        Run r(type, B()); // empty files: the port stays shut
+        for (const char *name : {"PART.tap", "PART.NC", "EMPTY.tap", "CUT.LCC"})
+            QVERIFY(QFile(r.in(name)).open(QIODevice::WriteOnly));
+        QFETCH(bool, simple);
+        r.f.g.SimpleFileDialog = simple;
+        PutProfile(r.f.g, r.f.g.ConfigSection, QStringLiteral("TapeDir"), r.dir.path());
+        if (answer != "*")
+            r.f.screen.inputAnswers.push_back(answer);
+        if (!gives.isEmpty())
+            r.f.screen.openAnswers.push_back(r.in(gives));
+        SendFile(r.f.link);
+
+        const bool quick = simple && type != 3;
+        QCOMPARE(r.f.screen.inputPrompts, quick ? QStringList{"File name filter"} : QStringList());
+        QCOMPARE(r.f.screen.openRequests.size(), shown == "-" ? 0 : 1);
+        if (shown != "-") {
+            const FileDialogRequest &d = r.f.screen.openRequests[0];
+            QVERIFY(d.fileName == shown && d.initDir == r.dir.path());
+            QCOMPARE(d.defaultExt, type == 3 ? "lcc" : "tap");
+            QCOMPARE(d.filter, type == 3 ? "Bystronic file *.LCC (*.LCC);;All files *.* (*.*)"
+                                         : "Tape file *.tap (*.tap);;All files *.* (*.*)");
+        }
+        QCOMPARE(r.toolCalls, sent.isEmpty() ? QStringList() : QStringList{r.in(sent)});
+        QCOMPARE(GetProfile(r.f.g, r.f.g.ConfigSection, QStringLiteral("TapeDir")),
+                 sent.startsWith('/') ? "/" : r.dir.path());
+        QCOMPARE(r.f.screen.boxes.size(), sent.startsWith('/') ? 1 : 0); // a missing file
+    }
+
+    void receive_data() {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<Chunks>("chunks"); // one a pass, then silence or the window closing
+        QTest::addColumn<bool>("closing");
+        QTest::addColumn<B>("written");
+        QTest::addColumn<B>("program");
+        // A chunk with an EOT anywhere ends it, before any CR in it is looked at.
+        Row("line and EOT together", 1, Chunks{"N1\r", "N2\r\x04"}, false, Pc + Go, B("N1\r\n"));
+        Row("EOT first", 1, Chunks{"\x04", "A\r"}, false, Pc, B());
+        Row("line in two chunks", 1, Chunks{"PROG", "1\r", "\x04"}, false, Pc + Go, B("PROG1\r\n"));
+        Row("CR LF split", 1, Chunks{"A\r", "\nB\r", "\x04"}, false, Pc + Go + Go,
+            B("A\r\n\nB\r\n"));
+        Row("two lines in one chunk", 1, Chunks{"A\rB\r", "\x04"}, false, Pc + Go, B("A\r\n"));
+        Row("time-out mid-line", 1, Chunks{"A\r", "BC"}, false, Pc + Go, B("A\r\nBC"));
+        Row("silence counted anew", 1, Chunks{"", "A\r", Tick, "\x04"}, false, Pc + Go, B("A\r\n"));
+        Row("window closed: still saved", 1, Chunks{"N1\r"}, true, Pc + Go, B("N1\r\n"));
+        Row("XonXoff: nothing asked", 3, Chunks{}, false, B(), B());
+    }
+    void receive() {
+        QFETCH(int, type);
+        QFETCH(Chunks, chunks);
+        QFETCH(bool, closing);
+        QFETCH(B, program);
+        Run r(type, B());
+        FakeLink &f = r.f;
+        f.g.TimedOut = true; // left by an earlier wait
+        deliverChunks(f, chunks);
+        if (closing)
+            f.yield.idle = [&f] { f.g.Closing = true; };
+        ReceiveFile(f.link);
+
+        QTEST(f.comm.written(), "written");
+        const bool eot = chunks.join().contains('\x04');
+        QCOMPARE(f.g.TimedOut, !eot && !closing);
+        QVERIFY(!eot || f.yield.idlePasses == 0); // ended at the EOT, not by the clock
+        QCOMPARE(f.screen.captions.last(), QString::number(program.size()));
+        QCOMPARE(f.screen.text1, QString::fromLatin1(program));
+        QVERIFY(f.screen.text1Visible == !program.isEmpty() &&
+                f.screen.saveRequests.size() == (program.isEmpty() ? 0 : 1));
+        QVERIFY(f.comm.opens == 1 && !f.comm.open && !f.timer.on && !f.screen.label1Visible);
+        QCOMPARE(f.screen.pointer, 0);
+    }
+
+    void save_data() {
+        QTest::addColumn<QString>("answer"); // the dialog's; "": Cancel
+        QTest::addColumn<QString>("cncDir"); // afterwards
+        QTest::addColumn<bool>("told");
+        Row("longer file replaced", "p.tap", "", false);
+        Row("Cancel: nothing written, CNCDir kept", "", "start", false);
+        // "/proc" is no file even for root: CNCDir is stored before the file is tried.
+        Row("root folder", "/proc", "/", true);
+        Row("unwritable path", "none/p.tap", "none", true);
+    }
+    void save() {
+        QFETCH(QString, answer);
+        Run r(1, B(5000, 'X'));
+        QFile file(r.in(answer));
+        QVERIFY(answer != "p.tap" || QFile::copy(r.path, file.fileName()));
+        PutProfile(r.f.g, r.f.g.ConfigSection, "CNCDir", r.in("start"));
+        const QStringList files = QDir(r.dir.path()).entryList(QDir::Files);
+        if (!answer.isEmpty())
+            r.f.screen.saveAnswers.push_back(r.in(answer));
+        SaveFile(r.f.link, "N1\r\nN2");
+
+        QCOMPARE(r.f.screen.saveRequests.size(), 1);
+        const FileDialogRequest &d = r.f.screen.saveRequests[0];
+        QVERIFY(d.initDir == r.in("start") && d.defaultExt == "tap");
+        QCOMPARE(d.filter, QStringLiteral("Tape file *.tap (*.tap);;All files *.* (*.*)"));
+        QFETCH(QString, cncDir);
+        QCOMPARE(GetProfile(r.f.g, r.f.g.ConfigSection, "CNCDir"), r.in(cncDir));
+        QFETCH(bool, told);
+        QCOMPARE(r.f.screen.boxes.size(), told ? 1 : 0);
+        if (told) {
+            const QString text = r.f.screen.boxes[0].text;
+            QVERIFY2(text.startsWith(file.fileName() + ": ") && !text.endsWith(": "),
+                     qPrintable(text));
+            QCOMPARE(r.f.screen.boxes[0].icon, BoxIcon::Critical);
+        } else if (answer.isEmpty()) {
+            QCOMPARE(QDir(r.dir.path()).entryList(QDir::Files), files);
+        } else {
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            QCOMPARE(file.readAll(), B("N1\r\nN2\r\n"));
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(TestScriptedPort)
+#include "tst_scripted_port.moc"
