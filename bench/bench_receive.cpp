@@ -17,6 +17,10 @@
 
 namespace {
 
+// The port lets characters out at the line's speed on a pseudo-terminal; at a fast line the
+// go-aheads cost no wire time, and what is measured is the program's own work.
+const QString kFastLine = QStringLiteral("COM1:4000000,N,8,1");
+
 qint64 statusKiB(const char *field) {
     QFile f(QStringLiteral("/proc/self/status"));
     if (!f.open(QIODevice::ReadOnly))
@@ -75,6 +79,7 @@ void receive(qint64 bytes) {
     VControlProcess vc;
     startControl(vc, "303", store);
     RealLink r(vc.device(), 1, 1);
+    r.g.ComSettings = kFastLine;
     BenchScreen screen;
     screen.saveAnswers.push_back(out.filePath("got.tap"));
     Link link{r.g, r.comm, r.timer, r.yield, screen, r.dialog};
@@ -95,6 +100,7 @@ void map(int entries) {
     VControlProcess vc;
     startControl(vc, "504", store);
     RealLink r(vc.device(), 2, 1);
+    r.g.ComSettings = kFastLine;
     BenchScreen screen;
     Link link{r.g, r.comm, r.timer, r.yield, screen, r.dialog};
     measure([&] {
