@@ -14,5 +14,7 @@ ToolGrid::ToolGrid(const QString &databasePath, QWidget *parent)
 }
 
 bool ToolGrid::refresh() {
-    return m_model->refresh();
+    const bool ok = m_model->refresh();
+    resizeColumnsToContents(); // a date is read whole, not wrapped
+    return ok;
 }
