@@ -82,8 +82,8 @@ void receive(qint64 bytes) {
     r.g.ComSettings = kFastLine;
     BenchScreen screen;
     screen.saveAnswers.push_back(out.filePath("got.tap"));
-    Link link{r.g, r.comm, r.timer, r.yield, screen, r.dialog};
-    r.g.IniPath = out.filePath("dnc.ini");
+    Link link{r.g, r.comm, r.timer, r.yield, screen, r.dialog, r.state};
+    r.g.iniPath = out.filePath("dnc.ini");
     measure([&] {
         ReceiveFile(link);
         return QFile(out.filePath("got.tap")).size();
@@ -102,7 +102,7 @@ void map(int entries) {
     RealLink r(vc.device(), 2, 1);
     r.g.ComSettings = kFastLine;
     BenchScreen screen;
-    Link link{r.g, r.comm, r.timer, r.yield, screen, r.dialog};
+    Link link{r.g, r.comm, r.timer, r.yield, screen, r.dialog, r.state};
     measure([&] {
         MapContext(link);
         return qint64(screen.list1.size());

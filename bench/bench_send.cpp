@@ -58,11 +58,12 @@ struct Sender {
     EventLoopYield yield;
     QuietScreen screen;
     CmDialog dialog;
-    Link link{g, comm, timer, yield, screen, dialog};
+    OperationState state;
+    OperationState::Run run{state};
+    Link link{g, comm, timer, yield, screen, dialog, state};
     Sender(const QString &device, qint16 type) : comm(device) {
         g.ComSettings = QStringLiteral("COM1:9600,N,8,1");
         g.CncType = type;
-        g.CR = "\r";
     }
 };
 

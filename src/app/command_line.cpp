@@ -34,8 +34,8 @@ qint16 languageOf(const QString &code) {
     return 1; // "044", and any other code
 }
 
-// The limit strings behind -x. Two cases have no defined result in the original design and
-// are decided here so that the program always starts and never writes outside the table:
+// The limit strings behind -x. Two cases are decided here so that the program always starts
+// and never writes outside the table:
 // - an opening quotation mark with no closing one keeps the rest of the line after the mark
 //   as the string, and ends the loop keeping it;
 // - text behind the closing mark of the tenth string is dropped: LimitCount stays 10.
@@ -104,25 +104,41 @@ void GetParameter(Globals &g, const QString &line) {
     g.SimpleFileDialog = line.contains(u"-b", Qt::CaseSensitive);
 }
 
-QString CommandLineFromArgs(const QStringList &args) {
+QString commandLineFromArgs(const QStringList &args) {
     // The shell has split the line and taken the quotation marks away; put back what the
-    // option reading needs: blanks inside a value, and the marks around limit strings.
+    // option reading needs: blanks inside a value, and the marks around limit strings. An
+    // argument that is exactly an option stays one wherever it stands. Everything behind -x
+    // is read as limit strings, so its group goes last: only the arguments between -x and the
+    // next option are limit strings, and the options after them keep their meaning.
+    static const QStringList options{QStringLiteral("-c"), QStringLiteral("-s"),
+                                     QStringLiteral("-d"), QStringLiteral("-x"),
+                                     QStringLiteral("-b")};
+    enum class Group { Plain, Limits, RepeatedX } group = Group::Plain;
     QStringList parts;
-    bool behindX = false;
+    QStringList limits;
     for (const QString &a : args) {
-        if (a.contains(u'"'))
-            parts << a;
-        else if (a.isEmpty() || a.contains(u' ') || behindX)
-            parts << u'"' + a + u'"';
-        else
-            parts << a;
-        if (a == u"-x")
-            behindX = true;
+        if (options.contains(a)) {
+            if (a != u"-x") {
+                group = Group::Plain;
+                parts << a;
+            } else if (limits.isEmpty()) {
+                group = Group::Limits;
+                limits << a;
+            } else {
+                group = Group::RepeatedX; // ignored, as any repeated option is
+            }
+            continue;
+        }
+        if (group == Group::Limits)
+            limits << u'"' + a + u'"';
+        else if (group == Group::Plain)
+            // The whole line handed over as one argument keeps its own marks.
+            parts << (!a.contains(u'"') && (a.isEmpty() || a.contains(u' ')) ? u'"' + a + u'"' : a);
     }
-    return parts.join(u' ');
+    return (parts + limits).join(u' ');
 }
 
-QString HelpText(qint16 language) {
+QString helpText(qint16 language) {
     QStringList lines;
     QString word;
     switch (language) {
@@ -154,5 +170,5 @@ QString HelpText(qint16 language) {
 }
 
 void DisplayHelp(const Globals &g, Screen &screen) {
-    screen.msgBox(HelpText(g.Language), BoxIcon::None, QString());
+    screen.msgBox(helpText(g.Language), BoxIcon::None, QString());
 }

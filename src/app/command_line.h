@@ -13,8 +13,8 @@ class Screen;
 void GetParameter(Globals &g, const QString &line);
 
 // Rebuilds the one string from arguments the shell has already split (argv without argv[0]).
-QString CommandLineFromArgs(const QStringList &args);
+QString commandLineFromArgs(const QStringList &args);
 
 // The six lines of the help box in the language of g.Language.
-QString HelpText(qint16 language);
+QString helpText(qint16 language);
 void DisplayHelp(const Globals &g, Screen &screen);

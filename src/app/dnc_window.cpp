@@ -11,7 +11,7 @@
 #include "tool_grid.h"
 #include "tool_list_model.h"
 #include "transfer.h"
-#include "twips.h"
+#include "form_geometry.h"
 #include "update_tool_list.h"
 #include "window_screen.h"
 
@@ -22,12 +22,13 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
-DncWindow::DncWindow(Globals &g, Comm &comm, LinkTimer &timer, Yield &yield,
-                     const QString &commandLine, QWidget *parent)
-    : QWidget(parent), m_g(g), m_timer(timer), m_comm(comm), m_yield(yield) {
+DncWindow::DncWindow(Globals &g, OperationState &state, Comm &comm, LinkTimer &timer,
+                     Yield &yield, const QString &commandLine, QWidget *parent)
+    : QWidget(parent), m_g(g), m_state(state), m_timer(timer), m_comm(comm), m_yield(yield) {
     createControls();
     m_screen = std::make_unique<WindowScreen>(this, Label1, Text1, List1);
-    m_link = std::make_unique<Link>(Link{m_g, m_comm, m_timer, m_yield, *m_screen, m_dialog});
+    m_link = std::make_unique<Link>(
+        Link{m_g, m_comm, m_timer, m_yield, *m_screen, m_dialog, m_state});
     Form_Load(commandLine);
 }
 
@@ -44,13 +45,13 @@ void DncWindow::Form_Load(const QString &commandLine) {
     InitChoices(m_g);
     ReadSettings(m_g);
     switch (m_g.CncType) {
-    case 1:
+    case Cnc303:
         m_timer.setInterval(5000);
         break;
-    case 2:
+    case Cnc504:
         m_timer.setInterval(2000);
         break;
-    case 3:
+    case CncXonXoff:
         m_timer.setInterval(50000);
         break;
     default:
@@ -58,18 +59,17 @@ void DncWindow::Form_Load(const QString &commandLine) {
     }
     openToolDatabase();
     Enable_cmd();
-    Command2->setText(m_g.Text(5));
+    Command2->setText(m_g.Text(QuitCaption));
     for (int i = 0; i < 8; ++i)
-        Command1[i]->setText(m_g.Text(31 + i));
-    m_g.PromptSeq = QByteArray("\x10\x37", 2);
-    m_g.CR = QByteArray("\r", 1);
+        Command1[i]->setText(m_g.Text(FirstCommandCaption + i));
+    fitButtonCaptions();
     setCaption();
 }
 
 void DncWindow::openToolDatabase() {
     if (!m_g.ToolDbEnabled)
         return;
-    const QString problem = CheckToolDatabase(m_g.DatabasePath);
+    const QString problem = checkToolDatabase(m_g.DatabasePath);
     if (!problem.isEmpty()) {
         // Counting into a database that cannot be used would fail at every send: say so once
         // and go on without the tool list.
@@ -91,18 +91,18 @@ void DncWindow::openToolDatabase() {
 }
 
 void DncWindow::setCaption() {
-    setWindowTitle(m_g.Text(20) + m_g.ComSettings);
+    setWindowTitle(m_g.Text(WindowTitle) + m_g.ComSettings);
 }
 
 void DncWindow::Enable_cmd() {
     int last = 2;
-    if (m_g.CncType == 1)
+    if (m_g.CncType == Cnc303)
         last = 5;
-    else if (m_g.CncType == 2)
+    else if (m_g.CncType == Cnc504)
         last = 3;
     for (int i = 0; i <= last; ++i)
         Command1[i]->setEnabled(true);
-    if (m_g.CncType == 2)
+    if (m_g.CncType == Cnc504)
         Command1[6]->setEnabled(true);
     Command2->setEnabled(true);
     if (m_g.ToolDbEnabled && DBGrid1) {
@@ -113,20 +113,28 @@ void DncWindow::Enable_cmd() {
 }
 
 void DncWindow::Command1_Click(int index) {
-    if (m_busy) {
+    if (m_state.running()) {
         // Help is the only button left enabled during an operation. It shows its box and
         // leaves the running operation's frame alone; the box does not block, so the
         // operation's waits go on while it is open.
         if (index == 7) {
             auto *box = new QMessageBox(QMessageBox::NoIcon, QString::fromLatin1(AppTitle),
-                                        HelpText(m_g.Language), QMessageBox::Ok, this);
+                                        helpText(m_g.Language), QMessageBox::Ok, this);
             box->setAttribute(Qt::WA_DeleteOnClose);
             box->setModal(false);
             box->show();
         }
         return;
     }
-    m_busy = true;
+    {
+        const OperationState::Run run(m_state);
+        frame(index);
+    }
+    if (m_state.ending())
+        close();
+}
+
+void DncWindow::frame(int index) {
     for (int i = 0; i <= 6; ++i)
         Command1[i]->setEnabled(false);
     if (m_g.ToolDbEnabled && DBGrid1)
@@ -165,9 +173,6 @@ void DncWindow::Command1_Click(int index) {
     }
 
     Enable_cmd();
-    m_busy = false;
-    if (m_g.Closing)
-        close();
 }
 
 void DncWindow::runSetup() {
@@ -182,10 +187,9 @@ void DncWindow::Command2_Click() {
 }
 
 void DncWindow::closeEvent(QCloseEvent *event) {
-    if (m_busy) {
-        // The running operation needs the window until it has closed its port and file:
-        // ask it to end at its next pass, and close once its frame is over.
-        m_g.Closing = true;
+    // The running operation needs the window until it has closed its port and file: ask it
+    // to end at its next pass, and close once its frame is over.
+    if (m_state.requestEnd()) {
         event->ignore();
         return;
     }

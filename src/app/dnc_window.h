@@ -22,8 +22,8 @@ class DncWindow : public QWidget {
     Q_OBJECT
 public:
     // Runs the whole start-up; `commandLine` is the one string behind the program's name.
-    DncWindow(Globals &g, Comm &comm, LinkTimer &timer, Yield &yield, const QString &commandLine,
-              QWidget *parent = nullptr);
+    DncWindow(Globals &g, OperationState &state, Comm &comm, LinkTimer &timer, Yield &yield,
+              const QString &commandLine, QWidget *parent = nullptr);
     ~DncWindow() override;
 
     std::array<QPushButton *, 8> Command1{};
@@ -37,7 +37,7 @@ public:
     void Command2_Click();
     void Enable_cmd();
 
-    bool busy() const { return m_busy; }
+    const OperationState &operationState() const { return m_state; }
     Screen &screen();
 
 protected:
@@ -45,12 +45,15 @@ protected:
 
 private:
     void Form_Load(const QString &commandLine);
+    void frame(int index);
     void createControls();
+    void fitButtonCaptions();
     void openToolDatabase();
     void setCaption();
     void runSetup();
 
     Globals &m_g;
+    OperationState &m_state;
     LinkTimer &m_timer;
     std::unique_ptr<WindowScreen> m_screen;
     CmDialog m_dialog;
@@ -58,5 +61,4 @@ private:
     std::unique_ptr<Link> m_link;
     Comm &m_comm;
     Yield &m_yield;
-    bool m_busy = false;
 };

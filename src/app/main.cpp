@@ -11,13 +11,14 @@
 int main(int argc, char *argv[]) {
     QApplication app(argc, argv);
     Globals g;
-    g.IniPath = DefaultIniPath();
+    g.iniPath = defaultIniPath();
+    OperationState state;
     SerialComm comm;
     // A write held up by a control that stopped reading must not keep the window from closing.
-    comm.setAbandon([&g] { return g.Closing; });
+    comm.setOperationState(&state);
     QtLinkTimer timer(g);
     EventLoopYield yield;
-    DncWindow window(g, comm, timer, yield, CommandLineFromArgs(app.arguments().mid(1)));
+    DncWindow window(g, state, comm, timer, yield, commandLineFromArgs(app.arguments().mid(1)));
     window.show();
 
     // For the demo on a machine without a screen: a picture of the window, then the end.

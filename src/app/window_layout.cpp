@@ -1,7 +1,7 @@
 // The main window's controls at their form positions (twips).
 
 #include "dnc_window.h"
-#include "twips.h"
+#include "form_geometry.h"
 
 #include <QLabel>
 #include <QListWidget>
@@ -15,8 +15,6 @@ struct Place {
 constexpr Place kCommand1[8] = {
     {0, 0, 1335, 375},   {1320, 0, 1335, 375},   {2640, 0, 1335, 375},   {3960, 0, 1335, 375},
     {0, 360, 1335, 375}, {1320, 360, 1335, 375}, {2640, 360, 1335, 375}, {3960, 360, 1335, 375}};
-constexpr const char *kCommand1Caption[8] = {"&Setup", "S&end", "&Receive", "&Map",
-                                             "CC",     "CE",    "DC",       "?"};
 constexpr Place kCommand2{5280, 0, 1335, 735};
 constexpr Place kText1{120, 960, 6375, 2895};
 constexpr Place kList1{120, 960, 6375, 2790};
@@ -33,7 +31,6 @@ void DncWindow::createControls() {
     };
 
     setObjectName(QStringLiteral("dnc"));
-    setWindowTitle(QStringLiteral("Form1"));
     // Fixed single border, no maximise button.
     setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                    Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
@@ -67,13 +64,13 @@ void DncWindow::createControls() {
     Label1->hide();
 
     for (int i = 0; i < 8; ++i) {
-        Command1[i] = new QPushButton(QString::fromLatin1(kCommand1Caption[i]), this);
+        Command1[i] = new QPushButton(this);
         Command1[i]->setObjectName(QStringLiteral("Command1_%1").arg(i));
         place(Command1[i], kCommand1[i]);
         Command1[i]->setEnabled(i == 7);
         connect(Command1[i], &QPushButton::clicked, this, [this, i] { Command1_Click(i); });
     }
-    Command2 = new QPushButton(QStringLiteral("&Quit"), this);
+    Command2 = new QPushButton(this);
     Command2->setObjectName(QStringLiteral("Command2"));
     place(Command2, kCommand2);
     connect(Command2, &QPushButton::clicked, this, &DncWindow::Command2_Click);
@@ -86,4 +83,11 @@ void DncWindow::createControls() {
                         List1,    Command1[4], Command1[5], Command1[6], Command1[7]};
     for (size_t i = 0; i + 1 < std::size(order); ++i)
         setTabOrder(order[i], order[i + 1]);
+}
+
+void DncWindow::fitButtonCaptions() {
+    QList<QWidget *> buttons{Command2};
+    for (QPushButton *b : Command1)
+        buttons << b;
+    fitCaptions(buttons);
 }

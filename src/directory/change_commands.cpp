@@ -1,14 +1,14 @@
 #include "comm.h"
 #include "directory.h"
-#include "transfer.h"
+#include "wire_chars.h"
 
 namespace {
 
 // Two letters alone, no CR and no go-ahead; closing the port lets them leave first.
-void SendTwoLetters(Link &l, const QByteArray &letters) {
-    if (l.g.CncType > 1)
+void sendTwoLetters(Link &l, const QByteArray &letters) {
+    if (l.g.CncType > Cnc303)
         return;
-    RunOnPort(l, [&] {
+    runOnPort(l, [&] {
         l.screen.setMousePointer(11);
         SetCom(l);
         l.comm.setPortOpen(true);
@@ -21,9 +21,9 @@ void SendTwoLetters(Link &l, const QByteArray &letters) {
 } // namespace
 
 void ChangeContext(Link &l) {
-    SendTwoLetters(l, QByteArrayLiteral("CC"));
+    sendTwoLetters(l, QByteArrayLiteral("CC"));
 }
 
 void ChangeExecute(Link &l) {
-    SendTwoLetters(l, QByteArrayLiteral("CE"));
+    sendTwoLetters(l, QByteArrayLiteral("CE"));
 }

@@ -9,7 +9,7 @@ int LineSettings::bitsPerCharacter() const {
 
 namespace {
 
-int WholeNumber(const QString &field, bool *ok) {
+int wholeNumber(const QString &field, bool *ok) {
     // Digits only: "+9600" or " 96 00" are typing errors, not numbers to guess at.
     for (const QChar c : field)
         if (!c.isDigit()) {
@@ -21,7 +21,7 @@ int WholeNumber(const QString &field, bool *ok) {
 
 } // namespace
 
-LineSettings ParseLineSettings(const QString &text) {
+LineSettings parseLineSettings(const QString &text) {
     const QStringList f = text.split(QLatin1Char(','));
     if (f.size() != 4)
         throw LineSettingsError{QStringLiteral("expected four values separated by commas: "
@@ -30,7 +30,7 @@ LineSettings ParseLineSettings(const QString &text) {
     bool ok = false;
 
     const QString baud = f[0].trimmed();
-    s.baud = WholeNumber(baud, &ok);
+    s.baud = wholeNumber(baud, &ok);
     if (!ok || s.baud <= 0)
         throw LineSettingsError{QStringLiteral("the baud rate must be a whole number above 0, "
                                                "not \"%1\"")
@@ -48,7 +48,7 @@ LineSettings ParseLineSettings(const QString &text) {
             QStringLiteral("the parity must be E, O or N, not \"%1\"").arg(f[1].trimmed())};
 
     const QString data = f[2].trimmed();
-    const int bits = WholeNumber(data, &ok);
+    const int bits = wholeNumber(data, &ok);
     if (!ok || bits < 5 || bits > 8)
         throw LineSettingsError{
             QStringLiteral("the data bits must be 5, 6, 7 or 8, not \"%1\"").arg(data)};

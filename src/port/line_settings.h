@@ -16,7 +16,7 @@ struct LineSettings {
 };
 
 // Throws LineSettingsError when the string cannot be used.
-LineSettings ParseLineSettings(const QString &text);
+LineSettings parseLineSettings(const QString &text);
 
 struct LineSettingsError {
     QString why; // in plain words, e.g. "the parity must be E, O or N, not X"

@@ -21,12 +21,12 @@ constexpr qint64 DrainMarginMs = 1000;
 // How often a wait looks again while nothing else would wake the event loop.
 constexpr int WakeMs = 2;
 
-QString SystemText(int code) {
+QString systemText(int code) {
     return QString::fromLocal8Bit(std::strerror(code));
 }
 
 // Unix98 pseudo-terminal slaves (/dev/pts/N) have majors 136 to 143.
-bool IsPseudoTerminal(const QString &path) {
+bool isPseudoTerminal(const QString &path) {
     struct stat st {};
     if (::stat(QFile::encodeName(path).constData(), &st) != 0 || !S_ISCHR(st.st_mode))
         return false;
@@ -34,7 +34,7 @@ bool IsPseudoTerminal(const QString &path) {
     return m >= 136 && m <= 143;
 }
 
-int Clamp16(qint64 n) {
+int clamp16(qint64 n) {
     return int(std::clamp<qint64>(n, 0, 32767));
 }
 
@@ -83,7 +83,7 @@ QString SerialComm::deviceName() const {
 
 void SerialComm::setSettings(const QString &settings) {
     try {
-        m_settings = ParseLineSettings(settings);
+        m_settings = parseLineSettings(settings);
         m_settingsText = settings;
     } catch (const LineSettingsError &e) {
         throw CommError{
@@ -122,7 +122,7 @@ void SerialComm::open() {
     m_closePosted = false;
 
     const QString path = devicePath();
-    const bool pty = IsPseudoTerminal(path);
+    const bool pty = isPseudoTerminal(path);
     m_pty = pty && m_pacePty;
     m_wire = 0;
     m_wireClock.start();
@@ -137,8 +137,8 @@ void SerialComm::open() {
         // A pseudo-terminal runs 8 bits without parity and may refuse anything else; a
         // real line would take them, so this is no fault of the operator's settings.
         const QString why = m_port.errorString();
-        if (m_port.error() == QSerialPort::UnsupportedOperationError || why == SystemText(EINVAL) ||
-            why == SystemText(ENOTTY)) {
+        if (m_port.error() == QSerialPort::UnsupportedOperationError || why == systemText(EINVAL) ||
+            why == systemText(ENOTTY)) {
             LineSettings eight = m_settings;
             eight.dataBits = QSerialPort::Data8;
             eight.parity = QSerialPort::NoParity;
@@ -172,7 +172,7 @@ CommError SerialComm::openError() const {
         reason = QStringLiteral("cannot be opened: no such device");
         break;
     case QSerialPort::PermissionError:
-        if (why.contains(QLatin1String("lock"), Qt::CaseInsensitive) || why == SystemText(EBUSY))
+        if (why.contains(QLatin1String("lock"), Qt::CaseInsensitive) || why == systemText(EBUSY))
             reason =
                 QStringLiteral("cannot be opened: another program holds the port (%1)").arg(why);
         else
@@ -310,12 +310,12 @@ int SerialComm::outBufferCount() {
     requireUsable();
     push();
     requireUsable();
-    return Clamp16(inFlight());
+    return clamp16(inFlight());
 }
 
 int SerialComm::inBufferCount() {
     requireUsable();
-    return Clamp16(m_port.bytesAvailable());
+    return clamp16(m_port.bytesAvailable());
 }
 
 QByteArray SerialComm::input() {
@@ -332,7 +332,7 @@ void SerialComm::onError(QSerialPort::SerialPortError error) {
     const QString why = m_port.errorString();
     switch (error) {
     case QSerialPort::ResourceError:
-        if (why == SystemText(EAGAIN))
+        if (why == systemText(EAGAIN))
             return; // the driver's queue is full for now; Qt writes on when there is room
         m_failure = QStringLiteral("the device is gone: unplugged, or closed at the other end");
         break;

@@ -5,11 +5,11 @@
 
 #include "comm.h"
 #include "line_settings.h"
+#include "operation_state.h"
 
 #include <QElapsedTimer>
 #include <QSerialPort>
 #include <QTimer>
-#include <functional>
 #include <memory>
 #include <optional>
 
@@ -29,9 +29,9 @@ public:
     QString devicePath() const;
     QString deviceName() const;
 
-    // Returns true while the running operation is being given up (the window closes):
-    // Output and the drain before closing then stop waiting.
-    void setAbandon(std::function<bool()> abandoned) { m_abandoned = std::move(abandoned); }
+    // While the running operation is being ended, Output and the drain before closing stop
+    // waiting for the line.
+    void setOperationState(const OperationState *state) { m_state = state; }
 
     // On a pseudo-terminal, let characters out at the line's speed (the default). Off, it
     // takes them as fast as the kernel does: only for measuring the program's own overhead.
@@ -60,7 +60,7 @@ private:
     qint64 inFlight() const;
     void requireUsable() const;
     void onError(QSerialPort::SerialPortError error);
-    bool abandoned() const { return m_abandoned && m_abandoned(); }
+    bool abandoned() const { return m_state && m_state->ending(); }
     void trace(const QString &event);
     void settleWire() const;
 
@@ -82,6 +82,6 @@ private:
     bool m_quiet = false; // errors expected here are handled where they happen
     bool m_closePosted = false;
     std::optional<QString> m_failure; // first fault seen while open: the port is dead
-    std::function<bool()> m_abandoned;
+    const OperationState *m_state = nullptr;
     std::unique_ptr<WireTrace> m_trace;
 };

@@ -30,7 +30,7 @@ double outOfRange(const QString &mantissa, int exponent, bool negative) {
 
 } // namespace
 
-double NumberOf(const QString &text) {
+double numberOf(const QString &text) {
     qsizetype i = 0;
     const qsizetype n = text.size();
     while (i < n && text[i] == u' ')
@@ -87,7 +87,7 @@ double NumberOf(const QString &text) {
     return negative ? -value : value;
 }
 
-std::optional<qint16> RoundToInt16(double value) {
+std::optional<qint16> roundToInt16(double value) {
     if (!std::isfinite(value))
         return std::nullopt;
     const double down = std::floor(value);

@@ -6,7 +6,7 @@
 #include <QString>
 #include <optional>
 
-double NumberOf(const QString &text);
+double numberOf(const QString &text);
 // Rounded to the nearest integer, a half to the even neighbour; nothing when it does not fit
 // a 16-bit signed integer.
-std::optional<qint16> RoundToInt16(double value);
+std::optional<qint16> roundToInt16(double value);

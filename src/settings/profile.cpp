@@ -9,7 +9,7 @@
 #include <optional>
 #include <vector>
 
-// How a line is read (the same rules as the Windows profile functions where they have one):
+// How a line is read:
 // - Blanks and tabs around a line, around the section name inside the brackets, around the
 //   key and around the value are not part of them: "[ Default ]" and "  Baud = 9600 " hold
 //   section "Default", key "Baud", value "9600".
@@ -142,7 +142,7 @@ QByteArray oneLine(const QString &value) {
 
 } // namespace
 
-QString DefaultIniPath() {
+QString defaultIniPath() {
     // A relative XDG_CONFIG_HOME is ignored, as the XDG rules say: the file must not move
     // with the current folder.
     const QString xdg = qEnvironmentVariable("XDG_CONFIG_HOME");
@@ -152,12 +152,12 @@ QString DefaultIniPath() {
     return QDir::cleanPath(dir + QStringLiteral("/dnc.ini"));
 }
 
-static QString iniPath(const Globals &g) {
-    return g.IniPath.isEmpty() ? DefaultIniPath() : g.IniPath;
+static QString profilePath(const Globals &g) {
+    return g.iniPath.isEmpty() ? defaultIniPath() : g.iniPath;
 }
 
 QString GetProfile(const Globals &g, const QString &section, const QString &key) {
-    const QByteArray data = readAll(iniPath(g));
+    const QByteArray data = readAll(profilePath(g));
     const auto lines = splitLines(data);
     const Place p = find(lines, section, key);
     if (!p.keyLine)
@@ -167,7 +167,7 @@ QString GetProfile(const Globals &g, const QString &section, const QString &key)
 
 void PutProfile(const Globals &g, const QString &section, const QString &key,
                 const QString &value) {
-    const QString path = iniPath(g);
+    const QString path = profilePath(g);
     const QByteArray old = readAll(path);
     const auto lines = splitLines(old);
     const QByteArray eol = old.contains("\r\n") ? QByteArrayLiteral("\r\n") : "\n";
@@ -206,8 +206,8 @@ void PutProfile(const Globals &g, const QString &section, const QString &key,
     for (const QByteArray &line : out)
         data.append(line);
 
-    // A folder or file that cannot be written leaves the old file as it was; like the
-    // Windows call, nothing is reported.
+    // A folder or file that cannot be written leaves the old file as it was. Nothing is
+    // reported: the settings are read anew at their next use, and what they then hold counts.
     const QFileInfo info(path);
     if (!QDir().mkpath(info.absolutePath()))
         return;

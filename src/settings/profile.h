@@ -8,9 +8,9 @@
 #include <QString>
 
 // $XDG_CONFIG_HOME/dnc.ini, or ~/.config/dnc.ini when it is unset.
-QString DefaultIniPath();
+QString defaultIniPath();
 
-// The value, or the empty string. Reads g.IniPath.
+// The value, or the empty string. Reads g.iniPath.
 QString GetProfile(const Globals &g, const QString &section, const QString &key);
 // Writes at once; creates section and file as needed. A failed write leaves the old file.
 void PutProfile(const Globals &g, const QString &section, const QString &key, const QString &value);

@@ -16,7 +16,7 @@ void InitChoices(Globals &g) {
 // A flag read from text: the number it begins with, rounded. A number edited by hand beyond
 // 16 bits gives 1, since any non-zero value means on.
 static qint16 flagOf(const QString &text) {
-    return RoundToInt16(NumberOf(text)).value_or(1);
+    return roundToInt16(numberOf(text)).value_or(1);
 }
 
 void ReadSettings(Globals &g) {

@@ -19,7 +19,7 @@ template <size_t N> QStringList entriesOf(const std::array<QString, N> &choices)
 // value edited by hand to anything else that is not 0 (or that does not fit 16 bits) shows
 // checked, as on is what every non-zero value means to the transfer.
 int checkOf(const QString &text) {
-    return RoundToInt16(NumberOf(text)).value_or(1) != 0 ? 1 : 0;
+    return roundToInt16(numberOf(text)).value_or(1) != 0 ? 1 : 0;
 }
 
 QString textOf(const SetupForm &form, int list) {
@@ -28,7 +28,7 @@ QString textOf(const SetupForm &form, int list) {
 
 } // namespace
 
-SetupForm LoadSetup(const Globals &g) {
+SetupForm loadSetup(const Globals &g) {
     SetupForm form;
     form.entries = {entriesOf(g.PortChoices), entriesOf(g.BaudChoices), entriesOf(g.ParityChoices),
                     entriesOf(g.DataChoices), entriesOf(g.StopChoices), entriesOf(g.CncChoices),
@@ -49,7 +49,7 @@ SetupForm LoadSetup(const Globals &g) {
     return form;
 }
 
-void SaveSetup(const Globals &g, const SetupForm &form) {
+void saveSetup(const Globals &g, const SetupForm &form) {
     const QString &s = g.ConfigSection;
     PutProfile(g, s, "Port", textOf(form, 0));
     PutProfile(g, s, "Baud", textOf(form, 1));

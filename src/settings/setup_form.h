@@ -15,6 +15,6 @@ struct SetupForm {
 };
 
 // Fills the lists from the choice lists and selects what the settings file holds.
-SetupForm LoadSetup(const Globals &g);
+SetupForm loadSetup(const Globals &g);
 // The nine writes of the dialog's button, in their order.
-void SaveSetup(const Globals &g, const SetupForm &form);
+void saveSetup(const Globals &g, const SetupForm &form);

@@ -8,20 +8,20 @@
 
 namespace {
 
-QString Failed(const QString &name, const QSqlQuery &query) {
+QString failedText(const QString &name, const QSqlQuery &query) {
     return QStringLiteral("The tool \"%1\" cannot be counted: %2")
         .arg(name, query.lastError().text());
 }
 
 // util read as a 16-bit integer; a reason when it cannot be.
-std::optional<qint16> UtilOf(const QVariant &value, const QString &name, QString &why) {
+std::optional<qint16> utilOf(const QVariant &value, const QString &name, QString &why) {
     if (value.isNull()) {
         why = QStringLiteral("The tool \"%1\" has no count (util is empty).").arg(name);
         return std::nullopt;
     }
     bool ok = false;
     const double number = value.toDouble(&ok);
-    const std::optional<qint16> util = ok ? RoundToInt16(number) : std::nullopt;
+    const std::optional<qint16> util = ok ? roundToInt16(number) : std::nullopt;
     if (!util)
         why = QStringLiteral("The count of the tool \"%1\" is not a 16-bit integer: %2")
                   .arg(name, value.toString());
@@ -30,15 +30,16 @@ std::optional<qint16> UtilOf(const QVariant &value, const QString &name, QString
 
 } // namespace
 
-QString ToolDateText(const QDateTime &when) {
+QString toolDateText(const QDateTime &when) {
     return when.toLocalTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
 }
 
-ToolCount CountTools(const QSqlDatabase &db, const QStringList &names, const QDateTime &now) {
+ToolCount countTools(const QSqlDatabase &db, const QStringList &names, const QDateTime &now) {
     ToolCount result;
-    const QString date = ToolDateText(now);
+    const QString date = toolDateText(now);
     for (const QString &name : names) {
-        // Counting a name with a double quote was never possible; keep it a failure, and say so.
+        // A tool name with a double quote is refused: such names are a typing error in the
+        // program's head, and the operator is told which line to mend.
         if (name.contains(QLatin1Char('"'))) {
             result.failure =
                 QStringLiteral("The tool name \"%1\" holds a double quote (\"), which a tool "
@@ -51,7 +52,7 @@ ToolCount CountTools(const QSqlDatabase &db, const QStringList &names, const QDa
                                     "NOCASE ORDER BY rowid LIMIT 1"));
         find.addBindValue(name);
         if (!find.exec()) {
-            result.failure = Failed(name, find);
+            result.failure = failedText(name, find);
             return result;
         }
         QSqlQuery write(db);
@@ -62,7 +63,7 @@ ToolCount CountTools(const QSqlDatabase &db, const QStringList &names, const QDa
             write.addBindValue(date);
         } else {
             const QVariant rowid = find.value(0);
-            std::optional<qint16> util = UtilOf(find.value(1), name, result.failure);
+            std::optional<qint16> util = utilOf(find.value(1), name, result.failure);
             if (!util)
                 return result;
             if (*util == 32767) {
@@ -81,7 +82,7 @@ ToolCount CountTools(const QSqlDatabase &db, const QStringList &names, const QDa
         }
         find.finish();
         if (!write.exec()) {
-            result.failure = Failed(name, write);
+            result.failure = failedText(name, write);
             return result;
         }
         ++result.counted;

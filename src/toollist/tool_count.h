@@ -14,7 +14,7 @@ struct ToolCount {
 
 // A name is looked up without regard to case; a new one gets util 1, a known one util + 1,
 // and both get `now` as Date and the name in the given form. Stops at the first failure.
-ToolCount CountTools(const QSqlDatabase &db, const QStringList &names, const QDateTime &now);
+ToolCount countTools(const QSqlDatabase &db, const QStringList &names, const QDateTime &now);
 
 // The form of Date in the table: local time, to the second.
-QString ToolDateText(const QDateTime &when);
+QString toolDateText(const QDateTime &when);

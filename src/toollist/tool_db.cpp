@@ -49,7 +49,7 @@ ToolDbConnection::~ToolDbConnection() {
         QSqlDatabase::removeDatabase(m_name);
 }
 
-QString CheckToolDatabase(const QString &path) {
+QString checkToolDatabase(const QString &path) {
     const ToolDbConnection connection(QStringLiteral("check"), path, DefaultBusyTimeoutMs);
     if (!connection.isOpen())
         return connection.error();

@@ -28,4 +28,4 @@ private:
 
 // Empty when `path` is an SQLite file that holds a table tool_list with the fields tool,
 // util and Date; otherwise why not, naming the path. Never creates the file.
-QString CheckToolDatabase(const QString &path);
+QString checkToolDatabase(const QString &path);

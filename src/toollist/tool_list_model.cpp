@@ -50,7 +50,7 @@ bool ToolListModel::setData(const QModelIndex &index, const QVariant &value, int
         // The count is a 16-bit integer, as the counting reads it.
         bool ok = false;
         const double number = value.toString().trimmed().toDouble(&ok);
-        const std::optional<qint16> util = ok ? RoundToInt16(number) : std::nullopt;
+        const std::optional<qint16> util = ok ? roundToInt16(number) : std::nullopt;
         if (!util)
             return false;
         stored = int(*util);

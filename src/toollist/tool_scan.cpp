@@ -9,7 +9,7 @@
 namespace {
 
 // One line of an NC file, without its end. False at the end of the file.
-bool ReadLine(QIODevice &file, QByteArray &line) {
+bool readNcLine(QIODevice &file, QByteArray &line) {
     line.clear();
     char c;
     if (!file.getChar(&c))
@@ -27,7 +27,7 @@ bool ReadLine(QIODevice &file, QByteArray &line) {
 }
 
 // Only the blank counts; a tab is part of the text.
-QByteArray StripBlanks(const QByteArray &s) {
+QByteArray stripBlanks(const QByteArray &s) {
     qsizetype from = 0;
     qsizetype to = s.size();
     while (from < to && s[from] == ' ')
@@ -37,7 +37,7 @@ QByteArray StripBlanks(const QByteArray &s) {
     return s.mid(from, to - from);
 }
 
-QString CutAtLimit(QString name, const std::array<QString, 11> &LimitStrings, qint16 LimitCount) {
+QString cutAtLimit(QString name, const std::array<QString, 11> &LimitStrings, qint16 LimitCount) {
     const int count = std::clamp<int>(LimitCount, 0, int(LimitStrings.size()) - 1);
     for (int i = 1; i <= count; ++i) {
         const qsizetype at = name.indexOf(LimitStrings[i], 0, Qt::CaseSensitive);
@@ -49,13 +49,13 @@ QString CutAtLimit(QString name, const std::array<QString, 11> &LimitStrings, qi
 
 } // namespace
 
-ToolScan ScanToolLines(QIODevice &file, const std::array<QString, 11> &LimitStrings,
+ToolScan scanToolLines(QIODevice &file, const std::array<QString, 11> &LimitStrings,
                        qint16 LimitCount) {
     ToolScan scan;
     QByteArray raw;
-    while (ReadLine(file, raw)) {
+    while (readNcLine(file, raw)) {
         // Bytes stand for themselves: one byte, one character.
-        const QString line = QString::fromLatin1(StripBlanks(raw)).toLower();
+        const QString line = QString::fromLatin1(stripBlanks(raw)).toLower();
         if (line.contains(QLatin1Char('%')))
             return scan;
         if (!line.startsWith(QLatin1Char('/')))
@@ -67,7 +67,7 @@ ToolScan ScanToolLines(QIODevice &file, const std::array<QString, 11> &LimitStri
             continue;
         const QString fromT = line.mid(at);
 
-        const std::optional<qint16> number = RoundToInt16(NumberOf(fromT.mid(1)));
+        const std::optional<qint16> number = roundToInt16(numberOf(fromT.mid(1)));
         if (!number) {
             scan.failure =
                 QStringLiteral("The tool number in the line \"%1\" is out of range.").arg(line);
@@ -85,7 +85,7 @@ ToolScan ScanToolLines(QIODevice &file, const std::array<QString, 11> &LimitStri
         qsizetype start = blank;
         while (start < fromT.size() && fromT[start] == QLatin1Char(' '))
             ++start;
-        scan.names << CutAtLimit(fromT.mid(start), LimitStrings, LimitCount);
+        scan.names << cutAtLimit(fromT.mid(start), LimitStrings, LimitCount);
     }
     if (auto *device = qobject_cast<QFileDevice *>(&file);
         device && device->error() != QFileDevice::NoError)
@@ -93,10 +93,10 @@ ToolScan ScanToolLines(QIODevice &file, const std::array<QString, 11> &LimitStri
     return scan;
 }
 
-ToolScan ScanToolLines(const QByteArray &content, const std::array<QString, 11> &LimitStrings,
+ToolScan scanToolLines(const QByteArray &content, const std::array<QString, 11> &LimitStrings,
                        qint16 LimitCount) {
     QByteArray copy = content;
     QBuffer buffer(&copy);
     buffer.open(QIODevice::ReadOnly);
-    return ScanToolLines(buffer, LimitStrings, LimitCount);
+    return scanToolLines(buffer, LimitStrings, LimitCount);
 }

@@ -17,7 +17,7 @@ struct ToolScan {
 
 // Reads lines (ending at CR or CR LF; a lone LF stays in the line) up to the first one that
 // holds "%", and no further. LimitStrings 1..LimitCount cut the names, first listed first.
-ToolScan ScanToolLines(QIODevice &file, const std::array<QString, 11> &LimitStrings,
+ToolScan scanToolLines(QIODevice &file, const std::array<QString, 11> &LimitStrings,
                        qint16 LimitCount);
-ToolScan ScanToolLines(const QByteArray &content, const std::array<QString, 11> &LimitStrings,
+ToolScan scanToolLines(const QByteArray &content, const std::array<QString, 11> &LimitStrings,
                        qint16 LimitCount);

@@ -17,11 +17,11 @@ void ToolListUpdater::UpdateToolList(const QString &file) {
         } else if (!nc.open(QIODevice::ReadOnly)) {
             failure = QStringLiteral("%1: %2").arg(file, nc.errorString());
         } else {
-            const ToolScan scan = ScanToolLines(nc, m_g.LimitStrings, m_g.LimitCount);
+            const ToolScan scan = scanToolLines(nc, m_g.LimitStrings, m_g.LimitCount);
             nc.close();
-            // The names ahead of a bad line are counted, as they would have been line by line.
+            // The names ahead of a bad line are counted: each count stands on its own.
             const ToolCount count =
-                CountTools(connection.database(), scan.names, QDateTime::currentDateTime());
+                countTools(connection.database(), scan.names, QDateTime::currentDateTime());
             failure = count.failed() ? count.failure : scan.failure;
         }
     }

@@ -1,12 +1,11 @@
 #include "comm.h"
-#include "directory.h"
 #include "reply_loop.h"
 #include "transfer.h"
+#include "wire_chars.h"
 
 void ReceiveFile(Link &l) {
     QByteArray reply;
-    bool portFailed = true;
-    RunOnPort(l, [&] {
+    const bool portWorked = runOnPort(l, [&] {
         l.screen.setMousePointer(11);
         SetCom(l);
         l.screen.setLabel1Visible(true);
@@ -14,30 +13,29 @@ void ReceiveFile(Link &l) {
         l.comm.setPortOpen(true);
 
         bool requested = false;
-        if (l.g.CncType == 1) {
-            l.comm.output("PC" + l.g.CR + l.g.PromptSeq);
+        if (l.g.CncType == Cnc303) {
+            l.comm.output("PC" + CR + PromptSeq);
             requested = true;
-        } else if (l.g.CncType == 2) {
+        } else if (l.g.CncType == Cnc504) {
             const QByteArray name = SelectCNCFile(l);
             if (!name.isEmpty()) {
-                l.comm.output("PC,/ISO/" + name + l.g.CR + l.g.PromptSeq);
+                l.comm.output("PC,/ISO/" + name + CR + PromptSeq);
                 requested = true;
             }
         }
         if (requested) {
-            WaitForReply(l, EotRule::BeforeCr, reply,
+            waitForReply(l, EotRule::BeforeCr, reply,
                          [&] { l.screen.setLabel1Caption(QString::number(reply.size())); });
         }
 
         l.comm.setPortOpen(false);
         l.screen.setMousePointer(0);
-        portFailed = false;
     });
     // A failed port has already ended the operation with its message.
-    if (portFailed)
+    if (!portWorked)
         return;
 
-    // Also when the window is closing: what came is offered for saving before the end.
+    // Also when the operation is being ended: what came is offered for saving before the end.
     if (!reply.isEmpty()) {
         l.screen.setText1Visible(true);
         l.screen.setText1Text(QString::fromLatin1(reply));

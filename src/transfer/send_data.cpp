@@ -1,82 +1,80 @@
 #include "comm.h"
 #include "nc_line_reader.h"
 #include "transfer.h"
+#include "wire_chars.h"
 
 #include <cmath>
 
 namespace {
 
-constexpr char EOT = 4;
-constexpr char XON = 17;
-
 // The prefix, then the share of the file sent as "##": rounded, no digit when it is 0.
-QString Caption(const QString &prefix, qint64 sent, qint64 total) {
+QString caption(const QString &prefix, qint64 sent, qint64 total) {
     const auto percent = std::llround(double(sent) / double(total) * 100.0);
     return prefix + (percent == 0 ? QString() : QString::number(percent)) + QLatin1Char('%');
 }
 
-QByteArray PrepareLine(const Globals &g, NcLineReader &file) {
+QByteArray prepareLine(const Globals &g, NcLineReader &file) {
     QByteArray line = file.readLine();
     if (g.NoSpace != 0)
         line = StripSpaces(line);
     return line;
 }
 
-// Gives the port time to put out what is queued; the window's close ends it too.
-void Drain(Link &l) {
-    while (l.comm.outBufferCount() > 0 && !l.g.Closing)
+// Gives the port time to put out what is queued; an operation being ended stops it too.
+void drain(Link &l) {
+    while (l.comm.outBufferCount() > 0 && !l.state.ending())
         l.yield.DoEvents();
 }
 
 // "303" and "504": every line, and the start, is answered with DLE "7".
-void SendAcknowledged(Link &l, NcLineReader &file, const QString &prefix) {
+void sendAcknowledged(Link &l, NcLineReader &file, const QString &prefix) {
     Globals &g = l.g;
     const qint64 total = file.size();
     qint64 sent = 0;
     l.timer.setInterval(5000);
-    l.comm.output(QByteArray("R") + g.CR);
+    l.comm.output("R" + CR);
     WaitForAnswer(l);
     while (!file.atEnd() && !g.TimedOut) {
         l.yield.DoEvents();
-        if (g.Closing)
+        if (l.state.ending())
             break;
-        const QByteArray line = PrepareLine(g, file);
+        const QByteArray line = prepareLine(g, file);
         if (line.isEmpty())
             break; // a blank line ends the program
-        l.comm.output(line + g.CR);
+        l.comm.output(line + CR);
         sent += line.size();
-        l.screen.setLabel1Caption(Caption(prefix, sent, total));
-        Drain(l);
+        l.screen.setLabel1Caption(caption(prefix, sent, total));
+        drain(l);
         WaitForAnswer(l);
     }
     // However the loop ended: end of file, blank line, time-out.
-    l.comm.output(QByteArray(1, EOT) + g.CR);
-    Drain(l);
+    l.comm.output(WireChar::EOT + CR);
+    drain(l);
     l.comm.setPortOpen(false);
 }
 
 // "XonXoff": a plain stream; any character from the control halts it until an X-on.
-void SendStream(Link &l, NcLineReader &file, const QString &prefix) {
+void sendStream(Link &l, NcLineReader &file, const QString &prefix) {
     Globals &g = l.g;
     const qint64 total = file.size();
     qint64 sent = 0;
     l.timer.setInterval(60000);
-    l.comm.output(QByteArray(1, XON));
+    l.comm.output(QByteArray(1, WireChar::XON));
     if (g.WaitXon != 0)
         WaitForXon(l);
     l.timer.setInterval(5000);
     while (!file.atEnd() && !g.TimedOut) {
         l.yield.DoEvents();
-        if (g.Closing)
+        if (l.state.ending())
             break;
-        const QByteArray line = PrepareLine(g, file);
-        l.comm.output(line + g.CR);
+        const QByteArray line = prepareLine(g, file);
+        l.comm.output(line + CR);
         sent += line.size();
         if (l.comm.inBufferCount() >= 1)
             WaitForXon(l);
-        l.screen.setLabel1Caption(Caption(prefix, sent, total));
+        l.screen.setLabel1Caption(caption(prefix, sent, total));
     }
-    Drain(l);
+    drain(l);
     l.comm.setPortOpen(false);
 }
 
@@ -88,7 +86,7 @@ void SendData(Link &l, const QString &FileName) {
     if (g.ToolDbEnabled && l.toolList)
         l.toolList->UpdateToolList(FileName);
 
-    RunOnPort(l, [&] {
+    runOnPort(l, [&] {
         SetCom(l);
         l.screen.setMousePointer(11);
         NcLineReader file(FileName);
@@ -101,17 +99,17 @@ void SendData(Link &l, const QString &FileName) {
         }
         if (file.size() > 0) {
             g.TimedOut = false;
-            const QString prefix = g.Text(6) + FileName + QStringLiteral(" - ");
+            const QString prefix = g.Text(SendFilePrefix) + FileName + QStringLiteral(" - ");
             l.screen.setLabel1Caption(prefix);
             l.screen.setLabel1Visible(true);
             // The modem status lines are never looked at.
             l.comm.setDTREnable(true);
             if (!l.comm.portOpen())
                 l.comm.setPortOpen(true);
-            if (g.CncType == 1 || g.CncType == 2)
-                SendAcknowledged(l, file, prefix);
-            else if (g.CncType == 3)
-                SendStream(l, file, prefix);
+            if (g.CncType == Cnc303 || g.CncType == Cnc504)
+                sendAcknowledged(l, file, prefix);
+            else if (g.CncType == CncXonXoff)
+                sendStream(l, file, prefix);
         }
         // Closing, on every way out.
         file.close();

@@ -7,7 +7,7 @@ namespace {
 
 // The length of the file can be asked for: a regular file that exists, also when empty.
 // A name with a wildcard never exists.
-bool FileExists(const QString &path) {
+bool fileExists(const QString &path) {
     if (path.contains(QLatin1Char('*')) || path.contains(QLatin1Char('?')))
         return false;
     return QFileInfo(path).isFile();
@@ -15,7 +15,7 @@ bool FileExists(const QString &path) {
 
 // -b on "303" and "504": a known name goes out without browsing; anything else opens the
 // dialog with a pattern.
-void QuickChoice(Link &l) {
+void quickChoice(Link &l) {
     CmDialog &d = l.dialog;
     const QString answer =
         l.screen.inputBox(QStringLiteral("File name filter"), QStringLiteral("Select file to send"),
@@ -23,7 +23,7 @@ void QuickChoice(Link &l) {
     const QString tap = QStringLiteral(".tap");
     const bool bareName = !answer.contains(QLatin1Char('.'));
     const QString candidate = d.InitDir + QLatin1Char('/') + answer + (bareName ? tap : QString());
-    if (FileExists(candidate)) {
+    if (fileExists(candidate)) {
         d.FileName = candidate;
         return;
     }
@@ -39,7 +39,7 @@ void SendFile(Link &l) {
     const QString tapeDir = GetProfile(g, g.ConfigSection, QStringLiteral("TapeDir"));
     if (!tapeDir.isEmpty())
         d.InitDir = tapeDir;
-    const bool tape = g.CncType == 1 || g.CncType == 2;
+    const bool tape = g.CncType == Cnc303 || g.CncType == Cnc504;
     if (tape) {
         d.Filter = QStringLiteral("Tape file *.tap|*.tap|All files *.*|*.*");
         d.DefaultExt = QStringLiteral("tap");
@@ -48,7 +48,7 @@ void SendFile(Link &l) {
         d.DefaultExt = QStringLiteral("lcc");
     }
     if (tape && g.SimpleFileDialog)
-        QuickChoice(l);
+        quickChoice(l);
     else
         d.ShowOpen(l.screen);
 

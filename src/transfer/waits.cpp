@@ -1,31 +1,29 @@
 #include "comm.h"
 #include "transfer.h"
+#include "wire_chars.h"
 
 namespace {
 
-constexpr char DLE = 16;
-constexpr char XON = 17;
-
-bool IsGoAhead(const QByteArray &read) {
-    const qsizetype dle = read.indexOf(DLE);
+bool isGoAhead(const QByteArray &read) {
+    const qsizetype dle = read.indexOf(WireChar::DLE);
     return dle >= 0 && read.indexOf('7', dle) >= 0;
 }
 
-bool HasXon(const QByteArray &read) {
-    return read.contains(XON);
+bool hasXon(const QByteArray &read) {
+    return read.contains(WireChar::XON);
 }
 
 // One bounded wait: yield, poll, then the flag, so that an answer already there when the
 // time runs out still counts. What a read brings and does not satisfy is dropped.
-bool WaitFor(Link &l, int least, bool (*answered)(const QByteArray &)) {
+bool waitFor(Link &l, int least, bool (*answered)(const QByteArray &)) {
     Globals &g = l.g;
     g.TimedOut = false;
     l.timer.setEnabled(true);
     bool result = false;
     for (;;) {
         l.yield.DoEvents();
-        if (g.Closing) {
-            // The window is going away: end like a time-out, without the box.
+        if (l.state.ending()) {
+            // The operation is being ended: end like a time-out, without the box.
             g.TimedOut = true;
             break;
         }
@@ -34,7 +32,7 @@ bool WaitFor(Link &l, int least, bool (*answered)(const QByteArray &)) {
             break;
         }
         if (g.TimedOut) {
-            l.screen.msgBox(g.Text(7), BoxIcon::None, QString());
+            l.screen.msgBox(g.Text(TimeoutMessage), BoxIcon::None, QString());
             break;
         }
     }
@@ -46,9 +44,9 @@ bool WaitFor(Link &l, int least, bool (*answered)(const QByteArray &)) {
 
 bool WaitForAnswer(Link &l) {
     // A single waiting character is left alone: the DLE may be waiting for its "7".
-    return WaitFor(l, 2, IsGoAhead);
+    return waitFor(l, 2, isGoAhead);
 }
 
 bool WaitForXon(Link &l) {
-    return WaitFor(l, 1, HasXon);
+    return waitFor(l, 1, hasXon);
 }

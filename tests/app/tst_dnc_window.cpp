@@ -15,15 +15,16 @@ namespace {
 struct Rig {
     QTemporaryDir dir;
     FakeLink f;
+    OperationState state; // the window's own; f's is for operations run without a window
     std::unique_ptr<DncWindow> w;
 
     // A null `cnc`: no settings file.
     explicit Rig(const QString &cnc, const QString &commandLine = QString()) {
-        f.g.IniPath = dir.filePath(QStringLiteral("dnc.ini"));
-        if (QFile ini(f.g.IniPath); !cnc.isNull() && ini.open(QIODevice::WriteOnly))
+        f.g.iniPath = dir.filePath(QStringLiteral("dnc.ini"));
+        if (QFile ini(f.g.iniPath); !cnc.isNull() && ini.open(QIODevice::WriteOnly))
             ini.write("[Default]\nPort=COM1:\nBaud=9600\nParity=E\nData=7\nStop=2\nCNC=" +
                       cnc.toUtf8() + "\n");
-        w = std::make_unique<DncWindow>(f.g, f.comm, f.timer, f.yield, commandLine);
+        w = std::make_unique<DncWindow>(f.g, state, f.comm, f.timer, f.yield, commandLine);
         w->show();
     }
     // The enabled Command1 indices, and Q for Command2.
@@ -86,7 +87,6 @@ void TestDncWindow::startUp() {
     QCOMPARE(r.w->windowTitle(),
              QStringLiteral("DNC VELDA - V2.6.0 - ") + (cnc.isNull() ? "" : "COM1:9600,E,7,2"));
     QVERIFY(!r.w->Text1->isVisible() && !r.w->List1->isVisible() && !r.w->Label1->isVisible());
-    QCOMPARE(r.f.g.PromptSeq + r.f.g.CR, QByteArray("\x10\x37\r"));
     QVERIFY(!r.f.timer.enabled() && r.f.comm.opens == 0); // the port is not touched at start-up
     QVERIFY(!r.w->DBGrid1 && QSqlDatabase::connectionNames().isEmpty()); // nor SQL without -d
 }
@@ -130,7 +130,7 @@ void TestDncWindow::helpAndClosing() {
         box->accept();
     });
     QTest::mouseClick(r.w->Command1[7], Qt::LeftButton);
-    QCOMPARE(help, "DNC VELDA: " + HelpText(1));
+    QCOMPARE(help, "DNC VELDA: " + helpText(1));
 
     QString afterHelp;
     r.f.yield.then([&] {
@@ -144,8 +144,8 @@ void TestDncWindow::helpAndClosing() {
     });
     QTest::mouseClick(r.w->Command1[3], Qt::LeftButton);
     QCOMPARE(afterHelp, QStringLiteral("7"));
-    QCOMPARE(help, HelpText(1));
-    QVERIFY(r.f.g.Closing && !r.w->isVisible());
+    QCOMPARE(help, helpText(1));
+    QVERIFY(r.state.ending() && !r.w->isVisible());
     QVERIFY(!r.f.comm.open && r.f.comm.closes == 1); // port closed, pointer back
     QCOMPARE(QApplication::overrideCursor(), nullptr);
 }

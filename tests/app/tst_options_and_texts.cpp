@@ -69,8 +69,18 @@ void TestOptionsAndTexts::getParameter_data() {
 
     QTest::newRow("args: blank") << "-d \"my db\"" << QStringList{"-d", "my db"} << "d[my db]";
     QTest::newRow("args: empty") << "-s \"\"" << QStringList{"-s", ""} << "s[\"\"]";
-    QTest::newRow("args: behind -x")
-        << "-c 033 -x \"(\" \"-b\"" << QStringList{"-c", "033", "-x", "(", "-b"} << "c2 x[(|-b] b";
+    // An option keeps its meaning behind -x: the limit strings go last.
+    QTest::newRow("args: -c behind -x")
+        << "-c 033 -x \"(\"" << QStringList{"-x", "(", "-c", "033"} << "c2 x[(]";
+    QTest::newRow("args: -d behind -x")
+        << "-d tools.db -x \"(\"" << QStringList{"-x", "(", "-d", "tools.db"} << "d[tools.db] x[(]";
+    QTest::newRow("args: -b behind -x, two strings")
+        << "-d tools.db -b -x \"(\" \"-\""
+        << QStringList{"-d", "tools.db", "-x", "(", "-", "-b"} << "d[tools.db] x[(|-] b";
+    QTest::newRow("args: a repeated -x is ignored")
+        << "-c 033 -x \"a\"" << QStringList{"-x", "a", "-c", "033", "-x", "b"} << "c2 x[a]";
+    QTest::newRow("args: -b as a limit string, in the line form")
+        << "-x \"(\" \"-b\"" << QStringList{"-x \"(\" \"-b\""} << "x[(|-b] b";
     QTest::newRow("args: -x glued is no -x") << "-x( a" << QStringList{"-x(", "a"} << "x[(]";
     QTest::newRow("args: the line in one") << "-x \"(\" -b" << QStringList{"-x \"(\" -b"} << "b";
 }
@@ -79,7 +89,7 @@ void TestOptionsAndTexts::getParameter() {
     QFETCH(QString, line);
     QFETCH(QStringList, args);
     if (!args.isEmpty())
-        QCOMPARE(CommandLineFromArgs(args), line);
+        QCOMPARE(commandLineFromArgs(args), line);
     Globals g;
     GetParameter(g, line);
     QTEST(leaves(g), "leaves");
@@ -107,7 +117,7 @@ void TestOptionsAndTexts::helpText_data() {
 
 void TestOptionsAndTexts::helpText() {
     QFETCH(int, language);
-    QTEST(HelpText(qint16(language)), "text");
+    QTEST(::helpText(qint16(language)), "text");
 }
 
 // Accents spelled by code point, so that a wrong source encoding cannot hide on both sides.

@@ -47,18 +47,20 @@ void TestWindowVControl::sendByQuickChoiceCountsToolsAndReceiveSaves() {
     qputenv("DNC_COM1", vc.device().toLocal8Bit());
 
     Globals g;
-    g.IniPath = folder + QStringLiteral("/dnc.ini");
-    QFile ini(g.IniPath);
+    g.iniPath = folder + QStringLiteral("/dnc.ini");
+    QFile ini(g.iniPath);
     QVERIFY(ini.open(QIODevice::WriteOnly));
     ini.write("[Default]\nPort=COM1:\nBaud=115200\nParity=N\nData=8\nStop=1\nCNC=303\nTapeDir=" +
               folder.toUtf8() + "\nCNCDir=" + folder.toUtf8() + "\n");
     ini.close();
+    OperationState state;
     SerialComm comm;
+    comm.setOperationState(&state);
     QtLinkTimer timer(g);
     EventLoopYield yield;
     // The database is named from its own folder: its path may hold an option's two letters.
     QDir::setCurrent(folder);
-    DncWindow w(g, comm, timer, yield, QStringLiteral("-b -d tools.db"));
+    DncWindow w(g, state, comm, timer, yield, QStringLiteral("-b -d tools.db"));
     w.show();
 
     // Send: the quick choice finds PART.tap without a dialog.

@@ -63,7 +63,7 @@ private slots:
         MapContext(f.link);
 
         const QByteArray command = type == 1 ? "MC\r" : "MC,/ISO\r";
-        QCOMPARE(f.comm.written(), command + f.g.PromptSeq.repeated(prompts + 1));
+        QCOMPARE(f.comm.written(), command + PromptSeq.repeated(prompts + 1));
         QVERIFY(f.comm.opens == 1 && !f.comm.open && !f.timer.on);
         QCOMPARE(f.screen.pointers, (QList<int>{11, 0}));
         QCOMPARE(f.g.TimedOut, !eot);
@@ -105,14 +105,14 @@ private slots:
         FakeLink f;
         prepare(f, 2);
         WindowScreen screen(&window, new QLabel(&window), new QPlainTextEdit(&window), list);
-        Link link{f.g, f.comm, f.timer, f.yield, screen, f.dialog};
+        Link link{f.g, f.comm, f.timer, f.yield, screen, f.dialog, f.state};
         deliverChunks(f, listing);
         const QHash<char, std::function<void()>> act{
             {'f', [&] { list->setFocus(); }},
             {'s', [&] { QTest::keyClick(list, Qt::Key_Space); }},
             {'e', [&] { QTest::keyClick(list, Qt::Key_End); }},
             {'d', [&] { QTest::keyClick(list, Qt::Key_Down); }},
-            {'x', [&] { f.g.Closing = true; }},
+            {'x', [&] { f.state.requestEnd(); }},
         };
         bool hourglassWhileChoosing = false;
         for (const char a : actions)
@@ -123,7 +123,7 @@ private slots:
         f.yield.limit = 100; // a wait that never ends fails instead of hanging
         DeleteContext(link);
 
-        const QByteArray listed = "MC,/ISO\r" + f.g.PromptSeq.repeated(listing.size());
+        const QByteArray listed = "MC,/ISO\r" + PromptSeq.repeated(listing.size());
         QCOMPARE(f.comm.written(),
                  name.isEmpty() ? listed : listed + "DC,/ISO/" + name + "\r\x10\x37");
         QVERIFY(f.yield.steps.empty()); // the choice came with the last action, not before

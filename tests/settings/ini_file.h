@@ -14,7 +14,7 @@ struct IniFile {
     Globals g;
 
     IniFile() {
-        g.IniPath = path;
+        g.iniPath = path;
         InitChoices(g);
     }
     void write(const QByteArray &bytes) const {

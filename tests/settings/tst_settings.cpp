@@ -123,9 +123,9 @@ void TestSettings::failedWriteLeavesTheOldFile() {
 void TestSettings::defaultPath() {
     const QByteArray saved = qgetenv("XDG_CONFIG_HOME");
     qputenv("XDG_CONFIG_HOME", "/srv/cfg");
-    const QString absolute = DefaultIniPath();
+    const QString absolute = defaultIniPath();
     qputenv("XDG_CONFIG_HOME", "cfg"); // relative: the file would move with the current folder
-    const QString relative = DefaultIniPath();
+    const QString relative = defaultIniPath();
     qputenv("XDG_CONFIG_HOME", saved);
     QCOMPARE(absolute, QStringLiteral("/srv/cfg/dnc.ini"));
     QCOMPARE(relative, QDir::homePath() + "/.config/dnc.ini");
@@ -202,7 +202,7 @@ void TestSettings::absentSectionReadsAsNoFile() {
     QCOMPARE(ini.g.ComSettings, QString());
     QCOMPARE(ini.g.CncType, qint16(0));
     // The dialog opens with its defaults and its button makes the section; Default stays.
-    SaveSetup(ini.g, LoadSetup(ini.g));
+    saveSetup(ini.g, loadSetup(ini.g));
     QVERIFY(ini.read().startsWith(Section));
     ReadSettings(ini.g);
     QCOMPARE(ini.g.ComSettings, QStringLiteral("COM1:300,E,7,1"));

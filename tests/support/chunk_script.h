@@ -2,6 +2,7 @@
 // Scripted far ends for the reply waits.
 
 #include "fake_link.h"
+#include "wire_chars.h"
 
 #include <QList>
 #include <QPair>
@@ -32,7 +33,7 @@ using Answers = QList<QPair<QByteArray, QList<QByteArray>>>;
 inline void answerCommands(FakeLink &f, const Answers &answers) {
     auto pending = std::make_shared<std::deque<QByteArray>>();
     f.comm.onOutput = [&f, answers, pending](const QByteArray &bytes) {
-        if (bytes != f.g.PromptSeq) {
+        if (bytes != PromptSeq) {
             const auto answer = std::find_if(answers.begin(), answers.end(), [&](const auto &a) {
                 return bytes.startsWith(a.first);
             });
@@ -60,5 +61,5 @@ inline void pickWhenShown(FakeLink &f, int index) {
 }
 
 inline qsizetype promptsWritten(const FakeLink &f) {
-    return f.comm.writes.count(f.g.PromptSeq);
+    return f.comm.writes.count(PromptSeq);
 }

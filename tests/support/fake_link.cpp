@@ -82,9 +82,3 @@ QString RecordingScreen::showSave(const FileDialogRequest &r)
     saveAnswers.pop_front();
     return a;
 }
-
-FakeLink::FakeLink()
-{
-    g.PromptSeq = QByteArray("\x10\x37", 2);
-    g.CR = QByteArray("\r", 1);
-}

@@ -91,6 +91,8 @@ struct FakeLink {
     ScriptedYield yield;
     RecordingScreen screen;
     CmDialog dialog;
-    Link link{g, comm, timer, yield, screen, dialog};
-    FakeLink();
+    // The test runs inside one operation, which it can ask to end (the window closing).
+    OperationState state;
+    OperationState::Run run{state};
+    Link link{g, comm, timer, yield, screen, dialog, state};
 };

@@ -21,14 +21,15 @@ struct RealLink {
     EventLoopYield yield;
     OperatorScreen screen;
     CmDialog dialog;
-    Link link{g, comm, timer, yield, screen, dialog};
+    OperationState state;
+    OperationState::Run run{state};
+    Link link{g, comm, timer, yield, screen, dialog, state};
 
     RealLink(const QString &device, qint16 cncType, int divisor = 20)
         : comm(device), timer(g, divisor) {
         g.ComSettings = QStringLiteral("COM1:9600,N,8,1"); // 8 bits: every byte value passes
         g.CncType = cncType;
-        g.PromptSeq = QByteArray("\x10\x37");
-        g.CR = QByteArray("\r");
+        comm.setOperationState(&state);
         // As after a first transmission: long enough for a loaded test machine.
         timer.setInterval(5000);
     }

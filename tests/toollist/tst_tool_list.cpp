@@ -86,7 +86,7 @@ private slots:
         std::copy(limits.begin(), limits.end(), table.begin() + 1);
         QBuffer buffer(&file);
         QVERIFY(buffer.open(QIODevice::ReadOnly));
-        const ToolScan scan = ScanToolLines(buffer, table, qint16(limits.size()));
+        const ToolScan scan = scanToolLines(buffer, table, qint16(limits.size()));
         QTEST(scan.names, "names");
         QTEST(scan.failed(), "fails");
         if (file.contains('%')) // nothing is read behind the line that ends the head
@@ -161,7 +161,7 @@ private slots:
         QVERIFY(setup.isEmpty() || s.db.exec(setup));
         const QString program = s.db.program("/t1 a\r");
         const QString path = QFileInfo(s.db.path()).dir().filePath(file);
-        const QString why = CheckToolDatabase(path);
+        const QString why = checkToolDatabase(path);
         QVERIFY2(reason.isEmpty() ? why.isEmpty() : why.contains(reason) && why.contains(path),
                  qPrintable(why));
         s.g.DatabasePath = path;

@@ -126,7 +126,7 @@ private slots:
                  qPrintable(vc.errorString()));
         RealLink r(vc.device(), control == C504 ? 2 : 1);
         QTemporaryDir out;
-        r.g.IniPath = out.filePath("dnc.ini");
+        r.g.iniPath = out.filePath("dnc.ini");
         r.screen.pick = 1;
         r.screen.saveAnswers.push_back(out.filePath("got.tap"));
         ReceiveFile(r.link);

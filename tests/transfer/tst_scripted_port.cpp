@@ -26,7 +26,7 @@ struct Run : ToolListHook {
         f.g.ComSettings = QStringLiteral("COM2:9600,E,7,1");
         f.g.CncType = qint16(type);
         f.g.ToolDbEnabled = true;
-        f.g.IniPath = dir.filePath(QStringLiteral("dnc.ini"));
+        f.g.iniPath = dir.filePath(QStringLiteral("dnc.ini"));
         f.g.TextTable[6 * 5 + 1] = QStringLiteral("Send file : ");
         f.g.TextTable[7 * 5 + 1] = Timeout;
         f.timer.ms = 2000; // as start-up leaves it for "504"
@@ -70,7 +70,7 @@ private slots:
         f.g.TimedOut = true; // left by an earlier wait: each wait starts afresh
         deliverChunks(f, chunks);
         if (closing)
-            f.yield.idle = [&f] { f.g.Closing = true; };
+            f.yield.idle = [&f] { f.state.requestEnd(); };
         QFETCH(bool, xon);
         const bool result = xon ? WaitForXon(f.link) : WaitForAnswer(f.link);
         QTEST(result, "result");
@@ -133,13 +133,14 @@ private slots:
         B previous;
         r.f.comm.onOutput = [&](const B &b) {
             if (type != 3 && !previous.isEmpty() && previous != "R\r")
-                drained = drained && (r.f.comm.queued == 2 || r.f.g.Closing);
+                drained = drained && (r.f.comm.queued == 2 || r.f.state.ending());
             previous = b;
             if (type != 3)
                 r.f.comm.inbox += Go;
             if (b == "L2\r" && fault.startsWith("halt ")) // what the control halts with
                 r.f.comm.inbox += fault.mid(5, fault.indexOf(',') - 5).toLatin1();
-            r.f.g.Closing = r.f.g.Closing || (b == "L2\r" && fault == "close at line 2");
+            if (b == "L2\r" && fault == "close at line 2")
+                r.f.state.requestEnd();
         };
         // A silent pass of a wait brings the X-on the row promises, or the clock's tick.
         r.f.yield.idle = [&] {
@@ -252,7 +253,7 @@ private slots:
         f.g.TimedOut = true; // left by an earlier wait
         deliverChunks(f, chunks);
         if (closing)
-            f.yield.idle = [&f] { f.g.Closing = true; };
+            f.yield.idle = [&f] { f.state.requestEnd(); };
         ReceiveFile(f.link);
 
         QTEST(f.comm.written(), "written");

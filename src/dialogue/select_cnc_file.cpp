@@ -1,29 +1,30 @@
 #include "comm.h"
-#include "directory.h"
+#include "dialogue.h"
 #include "reply_list.h"
 #include "reply_loop.h"
+#include "wire_chars.h"
 
 QByteArray SelectCNCFile(Link &l) {
     QByteArray result;
-    l.comm.output("MC,/ISO" + l.g.CR + l.g.PromptSeq);
+    l.comm.output("MC,/ISO" + CR + PromptSeq);
 
     QByteArray reply;
-    WaitForReply(l, EotRule::OnlyWithoutCr, reply);
+    waitForReply(l, EotRule::OnlyWithoutCr, reply);
 
     if (!reply.isEmpty()) {
         // Clearing drops a selection left from an earlier list, so it cannot count here.
-        ShowReplyInList1(l, reply);
+        showReplyInList1(l, reply);
         l.screen.list1Refresh();
         l.screen.setMousePointer(0);
         if (l.screen.list1Count() > 0) {
             // No time limit: the operator's first selection, by click or keyboard, is the
-            // choice. Closing the window ends the wait with nothing chosen.
+            // choice. An operation being ended leaves the wait with nothing chosen.
             int index;
             do {
                 index = l.screen.list1ListIndex();
                 l.yield.DoEvents();
-            } while (index < 0 && !l.g.Closing);
-            if (!l.g.Closing)
+            } while (index < 0 && !l.state.ending());
+            if (!l.state.ending())
                 result = l.screen.list1List(index).toLatin1();
         }
         l.screen.setList1Visible(false);

@@ -7,4 +7,4 @@
 
 // Hides Text1, shows List1 emptied (its selection too) and adds one entry for each line
 // ended by CR LF; an unfinished last line is left out. Entries show the bytes as Latin-1.
-void ShowReplyInList1(Link &l, const QByteArray &reply);
+void showReplyInList1(Link &l, const QByteArray &reply);

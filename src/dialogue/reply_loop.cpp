@@ -1,14 +1,9 @@
 #include "reply_loop.h"
 
 #include "comm.h"
-#include "link_timer.h"
+#include "wire_chars.h"
 
-namespace {
-constexpr char EOT = 4;
-constexpr char CR = 13;
-} // namespace
-
-void WaitForReply(Link &l, EotRule rule, QByteArray &reply,
+void waitForReply(Link &l, EotRule rule, QByteArray &reply,
                   const std::function<void()> &afterChunk) {
     l.g.TimedOut = false;
     for (;;) {
@@ -20,16 +15,16 @@ void WaitForReply(Link &l, EotRule rule, QByteArray &reply,
         } else {
             l.timer.setEnabled(false);
             const QByteArray chunk = l.comm.input();
-            const bool hasEot = chunk.contains(EOT);
+            const bool hasEot = chunk.contains(WireChar::EOT);
             if (rule == EotRule::BeforeCr && hasEot)
                 break;
-            const qsizetype cr = chunk.indexOf(CR);
+            const qsizetype cr = chunk.indexOf(WireChar::CR);
             if (cr >= 0) {
                 // Only the first line of a chunk counts; the control sends the next one after
                 // the go-ahead.
                 reply.append(chunk.constData(), cr + 1);
                 reply.append('\n');
-                l.comm.output(l.g.PromptSeq);
+                l.comm.output(PromptSeq);
             } else if (hasEot) {
                 break; // reached only by a listing: a reception has left above
             } else {
@@ -39,7 +34,7 @@ void WaitForReply(Link &l, EotRule rule, QByteArray &reply,
                 afterChunk();
         }
         // Tested after the chunk, so that one arriving with the tick still counts.
-        if (l.g.TimedOut || l.g.Closing)
+        if (l.g.TimedOut || l.state.ending())
             break;
     }
     l.timer.setEnabled(false);

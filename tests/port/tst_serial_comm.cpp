@@ -31,7 +31,7 @@ QByteArray Pattern(qsizetype n) {
 
 } // namespace
 
-class TestSerialComm : public QObject {
+class TstSerialComm : public QObject {
     Q_OBJECT
 private slots:
     void settings_data() {
@@ -63,7 +63,7 @@ private slots:
                      qPrintable(e->reason));
             return;
         }
-        const LineSettings s = ParseLineSettings(text);
+        const LineSettings s = parseLineSettings(text);
         QTEST((QList<int>{s.baud, int(s.parity), int(s.dataBits), int(s.stopBits),
                           s.bitsPerCharacter()}),
               "values");
@@ -207,5 +207,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSerialComm)
-#include "test_serial_comm.moc"
+QTEST_GUILESS_MAIN(TstSerialComm)
+#include "tst_serial_comm.moc"

@@ -1,9 +1,10 @@
 #include "comm.h"
-#include "transfer.h"
+#include "dialogue.h"
 
-void RunOnPort(Link &l, const std::function<void()> &operation) {
+bool runOnPort(Link &l, const std::function<void()> &operation) {
     try {
         operation();
+        return true;
     } catch (const CommError &e) {
         l.timer.setEnabled(false);
         try {
@@ -15,5 +16,6 @@ void RunOnPort(Link &l, const std::function<void()> &operation) {
         l.screen.setMousePointer(0);
         l.screen.msgBox(QStringLiteral("%1: %2").arg(e.device, e.reason), BoxIcon::Critical,
                         QString());
+        return false;
     }
 }

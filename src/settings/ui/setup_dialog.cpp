@@ -1,6 +1,6 @@
 #include "setup_dialog.h"
 
-#include "twips.h"
+#include "form_geometry.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -11,22 +11,6 @@ namespace {
 
 // Tops of the seven rows of list and label, in twips.
 constexpr int RowTop[7] = {120, 600, 1080, 1560, 2040, 2520, 3000};
-
-// The boxes are sized for the fonts of their day: when a caption does not fit its box in
-// today's font, the whole form takes a smaller one rather than cut the text.
-void fitCaptions(QWidget *form, const QList<QWidget *> &captions) {
-    auto fits = [&] {
-        for (const QWidget *w : captions)
-            if (w->sizeHint().width() > w->width())
-                return false;
-        return true;
-    };
-    QFont f = form->font();
-    while (!fits() && f.pointSizeF() > 6.0) {
-        f.setPointSizeF(f.pointSizeF() - 0.5);
-        form->setFont(f);
-    }
-}
 
 } // namespace
 
@@ -42,10 +26,10 @@ SetupDialog::SetupDialog(const Globals &g, QWidget *parent)
     };
     setFixedSize(twipsToPixels(3900, dpiX), twipsToPixels(5055, dpiY));
 
-    const SetupForm form = LoadSetup(g);
+    const SetupForm form = loadSetup(g);
 
-    setWindowTitle(g.Text(10));
-    Command1 = new QPushButton(g.Text(5), this);
+    setWindowTitle(g.Text(SetupTitle));
+    Command1 = new QPushButton(g.Text(QuitCaption), this);
     place(Command1, 2520, 4560, 1095, 375);
 
     for (int i = 0; i < 7; ++i) {
@@ -54,20 +38,20 @@ SetupDialog::SetupDialog(const Globals &g, QWidget *parent)
         Combo[i]->setCurrentIndex(form.selected[i]);
         place(Combo[i], 2160, RowTop[i], 1455, 300);
 
-        Label[i] = new QLabel(g.Text(11 + i), this);
+        Label[i] = new QLabel(g.Text(SetupFirstLabel + i), this);
         place(Label[i], 120, RowTop[i], 1935, 255);
     }
 
-    Check1 = new QCheckBox(g.Text(18), this);
+    Check1 = new QCheckBox(g.Text(WaitXonCaption), this);
     Check1->setChecked(form.check1 != 0);
     place(Check1, 600, 3480, 3015, 375);
-    Check2 = new QCheckBox(g.Text(19), this);
+    Check2 = new QCheckBox(g.Text(NoSpaceCaption), this);
     Check2->setChecked(form.check2 != 0);
     place(Check2, 600, 3960, 3015, 375);
     QList<QWidget *> captions = {Check1, Check2};
     for (QLabel *l : Label)
         captions << l;
-    fitCaptions(this, captions);
+    fitCaptions(captions);
 
     // The form's tab order; the labels take no focus, so only the controls that do are chained.
     QWidget *const order[] = {Command1, Combo[0], Combo[1], Combo[2], Combo[3],
@@ -88,6 +72,6 @@ void SetupDialog::Command1_Click() {
     }
     form.check1 = Check1->isChecked() ? 1 : 0;
     form.check2 = Check2->isChecked() ? 1 : 0;
-    SaveSetup(m_g, form);
+    saveSetup(m_g, form);
     accept();
 }

@@ -2,9 +2,24 @@
 // The program's process-wide variables, kept in one plain struct so that start-up fills
 // one and every test can begin from a fresh one.
 
-#include <QByteArray>
 #include <QString>
 #include <array>
+
+// The control types, by their place in CncChoices; 0 until a known type has been read.
+enum CncKind : qint16 { CncNone = 0, Cnc303 = 1, Cnc504 = 2, CncXonXoff = 3 };
+
+// Rows of TextTable that the code reads by name.
+enum TextRow : int {
+    QuitCaption = 5,
+    SendFilePrefix = 6,
+    TimeoutMessage = 7,
+    SetupTitle = 10,
+    SetupFirstLabel = 11, // Label(0) to Label(6) of the setup dialog: 11 to 17
+    WaitXonCaption = 18,
+    NoSpaceCaption = 19,
+    WindowTitle = 20,
+    FirstCommandCaption = 31, // Command1(0) to Command1(7): 31 to 38
+};
 
 struct Globals {
     // Command line
@@ -22,7 +37,7 @@ struct Globals {
 
     // Settings read from the settings file
     QString ComSettings;
-    qint16 CncType = 0;
+    qint16 CncType = CncNone;
     qint16 WaitXon = 0;
     qint16 NoSpace = 0;
 
@@ -35,16 +50,9 @@ struct Globals {
     std::array<QString, 4> CncChoices;
     std::array<QString, 4> SoftChoices;
 
-    // The wire
-    QByteArray PromptSeq; // DLE "7"
-    QByteArray CR;        // 13
-
     // The clock of the waits
     bool TimedOut = false;
 
     // Where dnc.ini lies (one fixed place, never the current folder)
-    QString IniPath;
-
-    // The window is being closed: a running operation ends at its next pass.
-    bool Closing = false;
+    QString iniPath;
 };

@@ -4,6 +4,7 @@
 #include "cm_dialog.h"
 #include "globals.h"
 #include "link_timer.h"
+#include "operation_state.h"
 #include "screen.h"
 
 class Comm;
@@ -29,5 +30,6 @@ struct Link {
     Yield &yield;
     Screen &screen;
     CmDialog &dialog;
+    OperationState &state;
     ToolListHook *toolList = nullptr; // set where a tool database is in use
 };

@@ -1,5 +1,5 @@
 #include "comm.h"
-#include "transfer.h"
+#include "dialogue.h"
 
 void SetCom(Link &l) {
     const QString &s = l.g.ComSettings;

@@ -16,7 +16,7 @@ enum class EotRule {
 };
 
 // Collects the answer into `reply` (appended in place), answering each chunk that holds a CR
-// with PromptSeq. Ends at an EOT, at silence for the timer's interval, or when the window
-// closes; leaves the timer off. `afterChunk` runs after each chunk that was kept.
-void WaitForReply(Link &l, EotRule rule, QByteArray &reply,
+// with PromptSeq. Ends at an EOT, at silence for the timer's interval, or when the operation
+// is being ended; leaves the timer off. `afterChunk` runs after each chunk that was kept.
+void waitForReply(Link &l, EotRule rule, QByteArray &reply,
                   const std::function<void()> &afterChunk = {});

@@ -1,6 +1,6 @@
 #include "reply_list.h"
 
-void ShowReplyInList1(Link &l, const QByteArray &reply) {
+void showReplyInList1(Link &l, const QByteArray &reply) {
     l.screen.setText1Visible(false);
     l.screen.setList1Visible(true);
     l.screen.list1Clear();
