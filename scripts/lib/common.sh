@@ -5,7 +5,7 @@ ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)"
 BUILD="$ROOT/build"
 
 PACKAGES=(build-essential cmake qt6-base-dev qt6-serialport-dev libqt6sql6-sqlite
-          qt6-qpa-plugins libgl-dev fonts-dejavu-core xvfb xauth sqlite3)
+          qt6-qpa-plugins libgl-dev fonts-dejavu-core xvfb xauth sqlite3 clang-format ccache)
 
 install_deps() {
     local missing=()
@@ -27,4 +27,12 @@ build() {
     local targets=()
     for t in "$@"; do targets+=(--target "$t"); done
     cmake --build "$BUILD" -j"$(nproc)" "${targets[@]}"
+}
+
+# Every C++ file of the project in the committed .clang-format style; names the first that is not.
+check_format() {
+    (cd "$ROOT" && git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run -Werror) || {
+        echo "Not formatted: run  git ls-files '*.cpp' '*.h' | xargs clang-format -i" >&2
+        return 1
+    }
 }

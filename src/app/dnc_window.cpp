@@ -3,6 +3,7 @@
 #include "app_info.h"
 #include "command_line.h"
 #include "directory.h"
+#include "form_geometry.h"
 #include "profile.h"
 #include "settings.h"
 #include "setup_dialog.h"
@@ -11,7 +12,6 @@
 #include "tool_grid.h"
 #include "tool_list_model.h"
 #include "transfer.h"
-#include "form_geometry.h"
 #include "update_tool_list.h"
 #include "window_screen.h"
 
@@ -22,13 +22,13 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
-DncWindow::DncWindow(Globals &g, OperationState &state, Comm &comm, LinkTimer &timer,
-                     Yield &yield, const QString &commandLine, QWidget *parent)
+DncWindow::DncWindow(Globals &g, OperationState &state, Comm &comm, LinkTimer &timer, Yield &yield,
+                     const QString &commandLine, QWidget *parent)
     : QWidget(parent), m_g(g), m_state(state), m_timer(timer), m_comm(comm), m_yield(yield) {
     createControls();
     m_screen = std::make_unique<WindowScreen>(this, Label1, Text1, List1);
-    m_link = std::make_unique<Link>(
-        Link{m_g, m_comm, m_timer, m_yield, *m_screen, m_dialog, m_state});
+    m_link =
+        std::make_unique<Link>(Link{m_g, m_comm, m_timer, m_yield, *m_screen, m_dialog, m_state});
     Form_Load(commandLine);
 }
 

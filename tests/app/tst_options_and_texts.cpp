@@ -75,8 +75,8 @@ void TestOptionsAndTexts::getParameter_data() {
     QTest::newRow("args: -d behind -x")
         << "-d tools.db -x \"(\"" << QStringList{"-x", "(", "-d", "tools.db"} << "d[tools.db] x[(]";
     QTest::newRow("args: -b behind -x, two strings")
-        << "-d tools.db -b -x \"(\" \"-\""
-        << QStringList{"-d", "tools.db", "-x", "(", "-", "-b"} << "d[tools.db] x[(|-] b";
+        << "-d tools.db -b -x \"(\" \"-\"" << QStringList{"-d", "tools.db", "-x", "(", "-", "-b"}
+        << "d[tools.db] x[(|-] b";
     QTest::newRow("args: a repeated -x is ignored")
         << "-c 033 -x \"a\"" << QStringList{"-x", "a", "-c", "033", "-x", "b"} << "c2 x[a]";
     QTest::newRow("args: -b as a limit string, in the line form")

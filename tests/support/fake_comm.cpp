@@ -1,21 +1,18 @@
 #include "fake_comm.h"
 
-QByteArray FakeComm::written() const
-{
+QByteArray FakeComm::written() const {
     QByteArray all;
     for (const QByteArray &w : writes)
         all += w;
     return all;
 }
 
-void FakeComm::check() const
-{
+void FakeComm::check() const {
     if (deviceError)
         throw *deviceError;
 }
 
-void FakeComm::setPortOpen(bool o)
-{
+void FakeComm::setPortOpen(bool o) {
     if (o == open)
         return;
     if (o) {
@@ -29,8 +26,7 @@ void FakeComm::setPortOpen(bool o)
     open = o;
 }
 
-void FakeComm::output(const QByteArray &bytes)
-{
+void FakeComm::output(const QByteArray &bytes) {
     check();
     if (!open)
         throw CommError{QStringLiteral("fake"), QStringLiteral("write to a closed port")};
@@ -40,22 +36,19 @@ void FakeComm::output(const QByteArray &bytes)
         onOutput(bytes);
 }
 
-int FakeComm::outBufferCount()
-{
+int FakeComm::outBufferCount() {
     check();
     const int now = queued;
     queued = qMax(0, queued - drainPerPoll);
     return now;
 }
 
-int FakeComm::inBufferCount()
-{
+int FakeComm::inBufferCount() {
     check();
     return int(inbox.size());
 }
 
-QByteArray FakeComm::input()
-{
+QByteArray FakeComm::input() {
     check();
     QByteArray all = inbox;
     inbox.clear();

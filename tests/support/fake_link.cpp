@@ -2,27 +2,23 @@
 
 #include <stdexcept>
 
-void FakeTimer::setEnabled(bool e)
-{
+void FakeTimer::setEnabled(bool e) {
     if (e && !on)
         ++starts;
     on = e;
 }
 
-void FakeTimer::fire()
-{
+void FakeTimer::fire() {
     if (on)
         m_g.TimedOut = true;
 }
 
-ScriptedYield &ScriptedYield::then(std::function<void()> step)
-{
+ScriptedYield &ScriptedYield::then(std::function<void()> step) {
     steps.push_back(std::move(step));
     return *this;
 }
 
-void ScriptedYield::DoEvents()
-{
+void ScriptedYield::DoEvents() {
     ++passes;
     if (!steps.empty()) {
         auto step = std::move(steps.front());
@@ -36,25 +32,21 @@ void ScriptedYield::DoEvents()
         idle();
 }
 
-void RecordingScreen::list1Clear()
-{
+void RecordingScreen::list1Clear() {
     list1.clear();
     listIndex = -1;
 }
 
-void RecordingScreen::setMousePointer(int p)
-{
+void RecordingScreen::setMousePointer(int p) {
     pointer = p;
     pointers << p;
 }
 
-void RecordingScreen::msgBox(const QString &text, BoxIcon icon, const QString &title)
-{
+void RecordingScreen::msgBox(const QString &text, BoxIcon icon, const QString &title) {
     boxes << Box{text, icon, title};
 }
 
-QString RecordingScreen::inputBox(const QString &prompt, const QString &, const QString &def)
-{
+QString RecordingScreen::inputBox(const QString &prompt, const QString &, const QString &def) {
     inputPrompts << prompt;
     if (inputAnswers.empty())
         return def;
@@ -63,8 +55,7 @@ QString RecordingScreen::inputBox(const QString &prompt, const QString &, const 
     return a;
 }
 
-QString RecordingScreen::showOpen(const FileDialogRequest &r)
-{
+QString RecordingScreen::showOpen(const FileDialogRequest &r) {
     openRequests << r;
     if (openAnswers.empty())
         return {};
@@ -73,8 +64,7 @@ QString RecordingScreen::showOpen(const FileDialogRequest &r)
     return a;
 }
 
-QString RecordingScreen::showSave(const FileDialogRequest &r)
-{
+QString RecordingScreen::showSave(const FileDialogRequest &r) {
     saveRequests << r;
     if (saveAnswers.empty())
         return {};
