@@ -57,7 +57,8 @@ void DncWindow::createControls() {
     Label1->setObjectName(QStringLiteral("Label1"));
     Label1->setAutoFillBackground(true);
     QPalette pal = Label1->palette();
-    pal.setColor(QPalette::Window, QColor(0, 255, 0)); // BackColor 65280
+    // Black on green: the running text stands out from whatever lies beneath it.
+    pal.setColor(QPalette::Window, QColor(0, 255, 0));
     pal.setColor(QPalette::WindowText, Qt::black);
     Label1->setPalette(pal);
     place(Label1, kLabel1);

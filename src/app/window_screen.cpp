@@ -81,10 +81,20 @@ void WindowScreen::setMousePointer(int pointer) {
         QApplication::restoreOverrideCursor();
 }
 
+QString boxText(const QString &text) {
+    QString shown = text;
+    // A message box breaks at LF and again at CR: each line end, whatever its two characters,
+    // becomes one break, so that no empty row stands between the lines.
+    shown.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    shown.replace(QStringLiteral("\n\r"), QStringLiteral("\n"));
+    shown.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    return shown;
+}
+
 void WindowScreen::msgBox(const QString &text, BoxIcon icon, const QString &title) {
     QMessageBox box(icon == BoxIcon::Critical ? QMessageBox::Critical : QMessageBox::NoIcon,
-                    title.isEmpty() ? QString::fromLatin1(AppTitle) : title, text, QMessageBox::Ok,
-                    m_window);
+                    title.isEmpty() ? QString::fromLatin1(AppTitle) : title, boxText(text),
+                    QMessageBox::Ok, m_window);
     box.exec();
 }
 

@@ -8,6 +8,9 @@ class QListWidget;
 class QPlainTextEdit;
 class QWidget;
 
+// The text as a message box shows it: one break for each line end.
+QString boxText(const QString &text);
+
 class WindowScreen : public Screen {
 public:
     WindowScreen(QWidget *window, QLabel *label1, QPlainTextEdit *text1, QListWidget *list1);

@@ -130,7 +130,10 @@ void TestDncWindow::helpAndClosing() {
         box->accept();
     });
     QTest::mouseClick(r.w->Command1[7], Qt::LeftButton);
-    QCOMPARE(help, "DNC VELDA: " + helpText(1));
+    // Six rows: one break for each of the five LF CR line ends, no empty row between.
+    const QString sixRows = helpText(1).replace(QStringLiteral("\n\r"), QStringLiteral("\n"));
+    QCOMPARE(sixRows.split(u'\n').size(), 6);
+    QCOMPARE(help, "DNC VELDA: " + sixRows);
 
     QString afterHelp;
     r.f.yield.then([&] {
@@ -144,7 +147,7 @@ void TestDncWindow::helpAndClosing() {
     });
     QTest::mouseClick(r.w->Command1[3], Qt::LeftButton);
     QCOMPARE(afterHelp, QStringLiteral("7"));
-    QCOMPARE(help, helpText(1));
+    QCOMPARE(help, sixRows);
     QVERIFY(r.state.ending() && !r.w->isVisible());
     QVERIFY(!r.f.comm.open && r.f.comm.closes == 1); // port closed, pointer back
     QCOMPARE(QApplication::overrideCursor(), nullptr);
