@@ -168,7 +168,6 @@ QString ctlUsage() {
         "\n"
         "Exit status:\n"
         "  0    done: the control took everything\n"
-        "  1    another failure\n"
         "  2    bad usage\n"
         "  3    time-out: the control did not answer, or stopped answering\n"
         "  4    port failure: absent, busy, refused its settings, or gone\n"

@@ -3,7 +3,6 @@
 
 enum ExitCode : int {
     ExitOk = 0,
-    ExitOther = 1,
     ExitUsage = 2,
     ExitTimeout = 3,
     ExitPort = 4,
