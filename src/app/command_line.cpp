@@ -24,16 +24,6 @@ QString upToBlank(const QString &value) {
     return blank < 0 ? value : value.left(blank);
 }
 
-qint16 languageOf(const QString &code) {
-    if (code == u"033")
-        return 2;
-    if (code == u"049")
-        return 3;
-    if (code == u"039")
-        return 4;
-    return 1; // "044", and any other code
-}
-
 // The limit strings behind -x. Two cases are decided here so that the program always starts
 // and never writes outside the table:
 // - an opening quotation mark with no closing one keeps the rest of the line after the mark
@@ -73,6 +63,16 @@ void readLimitStrings(Globals &g, const QString &value) {
 }
 
 } // namespace
+
+qint16 languageOf(const QString &code) {
+    if (code == u"033")
+        return 2;
+    if (code == u"049")
+        return 3;
+    if (code == u"039")
+        return 4;
+    return 1; // "044", and any other code
+}
 
 void GetParameter(Globals &g, const QString &line) {
     g.Language = 1;

@@ -12,6 +12,9 @@ class Screen;
 // LimitCount, and SimpleFileDialog. `line` is what was typed behind the program's name.
 void GetParameter(Globals &g, const QString &line);
 
+// The language of a -c code: 1 for "044" and any code not known, 2 "033", 3 "049", 4 "039".
+qint16 languageOf(const QString &code);
+
 // Rebuilds the one string from arguments the shell has already split (argv without argv[0]).
 QString commandLineFromArgs(const QStringList &args);
 

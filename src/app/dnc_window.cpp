@@ -2,6 +2,7 @@
 
 #include "app_info.h"
 #include "command_line.h"
+#include "commands_by_type.h"
 #include "directory.h"
 #include "form_geometry.h"
 #include "profile.h"
@@ -44,19 +45,8 @@ void DncWindow::Form_Load(const QString &commandLine) {
     InitTexts(m_g);
     InitChoices(m_g);
     ReadSettings(m_g);
-    switch (m_g.CncType) {
-    case Cnc303:
-        m_timer.setInterval(5000);
-        break;
-    case Cnc504:
-        m_timer.setInterval(2000);
-        break;
-    case CncXonXoff:
-        m_timer.setInterval(50000);
-        break;
-    default:
-        break; // the timer keeps the interval it was made with
-    }
+    if (const int interval = startupTimerInterval(m_g.CncType))
+        m_timer.setInterval(interval); // else the timer keeps the interval it was made with
     openToolDatabase();
     Enable_cmd();
     Command2->setText(m_g.Text(QuitCaption));
@@ -95,15 +85,10 @@ void DncWindow::setCaption() {
 }
 
 void DncWindow::Enable_cmd() {
-    int last = 2;
-    if (m_g.CncType == Cnc303)
-        last = 5;
-    else if (m_g.CncType == Cnc504)
-        last = 3;
-    for (int i = 0; i <= last; ++i)
-        Command1[i]->setEnabled(true);
-    if (m_g.CncType == Cnc504)
-        Command1[6]->setEnabled(true);
+    // Only enables: the frame has disabled the others.
+    for (int i = SetupCommand; i <= DeleteCommand; ++i)
+        if (commandOffered(m_g.CncType, i))
+            Command1[i]->setEnabled(true);
     Command2->setEnabled(true);
     if (m_g.ToolDbEnabled && DBGrid1) {
         DBGrid1->show();

@@ -4,6 +4,10 @@
 #include <QDir>
 #include <QFile>
 
+bool writeSavedProgram(QFileDevice &out, const QByteArray &buffer) {
+    return out.write(buffer) == buffer.size() && out.write("\r\n", 2) == 2 && out.flush();
+}
+
 void SaveFile(Link &l, const QByteArray &buffer) {
     const QString dir = GetProfile(l.g, l.g.ConfigSection, QStringLiteral("CNCDir"));
     if (!dir.isEmpty())
@@ -19,9 +23,8 @@ void SaveFile(Link &l, const QByteArray &buffer) {
 
     // Bytes as they came: no codec and no line-end translation on the way to the file.
     QFile file(path);
-    bool written = file.open(QIODevice::WriteOnly | QIODevice::Truncate);
-    if (written)
-        written = file.write(buffer) == buffer.size() && file.write("\r\n", 2) == 2 && file.flush();
+    const bool written =
+        file.open(QIODevice::WriteOnly | QIODevice::Truncate) && writeSavedProgram(file, buffer);
     if (!written) {
         // The program still stands in Text1, so nothing is lost but this attempt.
         l.screen.msgBox(

@@ -1,0 +1,35 @@
+#include "commands_by_type.h"
+
+#include "globals.h"
+
+bool commandOffered(qint16 cncType, int index) {
+    switch (index) {
+    case SetupCommand:
+    case SendCommand:
+    case ReceiveCommand:
+    case HelpCommand:
+        return true;
+    case MapCommand:
+        return cncType == Cnc303 || cncType == Cnc504;
+    case ChangeContextCommand:
+    case ChangeExecuteCommand:
+        return cncType == Cnc303;
+    case DeleteCommand:
+        return cncType == Cnc504;
+    default:
+        return false;
+    }
+}
+
+int startupTimerInterval(qint16 cncType) {
+    switch (cncType) {
+    case Cnc303:
+        return 5000;
+    case Cnc504:
+        return 2000;
+    case CncXonXoff:
+        return 50000;
+    default:
+        return 0;
+    }
+}

@@ -1,0 +1,117 @@
+#include "console_screen.h"
+
+#include "ctl_texts.h"
+#include "progress_line.h"
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+ConsoleScreen::ConsoleScreen(const Globals &g, OperationState &state, std::FILE *err)
+    : m_g(g), m_state(state), m_err(err) {
+    m_tick.setTimerType(Qt::CoarseTimer);
+    QObject::connect(&m_tick, &QTimer::timeout, [this] { draw(); });
+}
+
+ConsoleScreen::~ConsoleScreen() {
+    if (m_drawn)
+        std::fputc('\n', m_err);
+}
+
+void ConsoleScreen::enableProgress(int refreshMs, std::function<qint64()> characters) {
+    m_progress = true;
+    m_tick.setInterval(refreshMs);
+    m_characters = std::move(characters);
+}
+
+void ConsoleScreen::setPick(const QByteArray &name) {
+    m_pickName = name;
+    m_pick = Pick::NotAsked;
+}
+
+QList<QByteArray> ConsoleScreen::list1Entries() const {
+    QList<QByteArray> entries;
+    for (const QString &e : m_list1)
+        entries << e.toLatin1();
+    return entries;
+}
+
+int ConsoleScreen::list1ListIndex() const {
+    // Entries are the control's bytes shown as Latin-1: compare bytes with bytes.
+    for (int i = 0; i < m_list1.size(); ++i) {
+        if (m_pick != Pick::None && m_list1[i].toLatin1() == m_pickName) {
+            m_pick = Pick::Chosen;
+            return i;
+        }
+    }
+    // Nobody will ever point at another entry: end the wait for a choice with none made.
+    m_pick = Pick::NotListed;
+    m_state.requestEnd();
+    return -1;
+}
+
+void ConsoleScreen::setLabel1Visible(bool on) {
+    if (!m_progress)
+        return;
+    if (on && !m_tick.isActive()) {
+        m_clock.start();
+        m_tick.start();
+        draw();
+    } else if (!on && m_tick.isActive()) {
+        m_tick.stop();
+        draw();
+        std::fputc('\n', m_err);
+        std::fflush(m_err);
+        m_drawn = false;
+    }
+}
+
+void ConsoleScreen::draw() {
+    ProgressFigures f = figuresOfCaption(m_caption);
+    if (m_characters) {
+        f.characters = m_characters();
+    } else {
+        f.characters = m_caption.toLongLong();
+        f.label = ctlText(CtlText::Receiving, m_g.Language);
+    }
+    f.seconds = double(m_clock.nsecsElapsed()) / 1e9;
+    const QByteArray line = progressText(f, m_g.Language, columns()).toLocal8Bit();
+    std::fputc('\r', m_err);
+    std::fwrite(line.constData(), 1, size_t(line.size()), m_err);
+    std::fputs("\033[K", m_err); // the rest of an earlier, longer line
+    std::fflush(m_err);
+    m_drawn = true;
+    ++m_draws;
+}
+
+void ConsoleScreen::clearLine() {
+    if (m_drawn) {
+        std::fputs("\r\033[K", m_err);
+        m_drawn = false;
+    }
+}
+
+int ConsoleScreen::columns() const {
+    winsize size{};
+    if (::ioctl(::fileno(m_err), TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
+        return size.ws_col;
+    return 80;
+}
+
+void ConsoleScreen::say(const QString &text) {
+    clearLine();
+    const QByteArray line = ("dncctl: " + text + u'\n').toLocal8Bit();
+    std::fwrite(line.constData(), 1, size_t(line.size()), m_err);
+    std::fflush(m_err);
+    if (m_tick.isActive())
+        draw();
+}
+
+void ConsoleScreen::msgBox(const QString &text, BoxIcon icon, const QString &) {
+    m_boxes.append({text, icon, m_toolList});
+    say(text);
+}
+
+QString ConsoleScreen::showSave(const FileDialogRequest &) {
+    // A reception cut short by a signal is not saved as if it were whole.
+    return m_state.ending() ? QString() : m_saveAnswer;
+}

@@ -1,0 +1,179 @@
+#include "ctl_options.h"
+
+#include "command_line.h"
+
+#include <QRegularExpression>
+
+namespace {
+
+constexpr int MaxLimits = 10; // the table behind -x holds ten
+
+struct Command {
+    const char *word;
+    CtlCommand command;
+    int least, most; // arguments
+    const char *synopsis;
+};
+
+constexpr Command Commands[] = {
+    {"send", CtlCommand::Send, 1, 1, "send FILE"},
+    {"receive", CtlCommand::Receive, 1, 2, "receive [NAME] OUT"},
+    {"list", CtlCommand::List, 0, 0, "list"},
+    {"change", CtlCommand::Change, 0, 0, "change"},
+    {"execute", CtlCommand::Execute, 0, 0, "execute"},
+    {"delete", CtlCommand::Delete, 1, 1, "delete NAME"},
+};
+
+QString checkValue(const QString &option, const QString &value) {
+    static const QRegularExpression digits(QStringLiteral("^[0-9]+$"));
+    if (option == u"--baud" && (!digits.match(value).hasMatch() || value.toInt() <= 0))
+        return QStringLiteral("--baud takes a whole number above 0, not \"%1\"").arg(value);
+    if (option == u"--parity" && !QStringList{"E", "O", "N"}.contains(value.toUpper()))
+        return QStringLiteral("--parity takes E, O or N, not \"%1\"").arg(value);
+    if (option == u"--data" && !QStringList{"5", "6", "7", "8"}.contains(value))
+        return QStringLiteral("--data takes 7 or 8, not \"%1\"").arg(value);
+    if (option == u"--stop" && !QStringList{"1", "2"}.contains(value))
+        return QStringLiteral("--stop takes 1 or 2, not \"%1\"").arg(value);
+    if (option == u"--cnc" &&
+        !QStringList{"303", "504", "xonxoff"}.contains(value, Qt::CaseInsensitive))
+        return QStringLiteral("--cnc takes 303, 504 or XonXoff, not \"%1\"").arg(value);
+    if (option == u"--port" && value.isEmpty())
+        return QStringLiteral("--port takes a device path");
+    return {};
+}
+
+} // namespace
+
+CtlParse parseCtlArguments(const QStringList &args) {
+    CtlParse p;
+    CtlOptions &o = p.options;
+    const auto fail = [&p](const QString &why) {
+        p.error = why;
+        return p;
+    };
+    static const QStringList withValue{"-c",     "-s",       "-d",     "-x",     "--port",
+                                       "--baud", "--parity", "--data", "--stop", "--cnc"};
+    qsizetype i = 0;
+    for (; i < args.size(); ++i) {
+        QString a = args[i];
+        if (a == u"--") {
+            ++i;
+            break;
+        }
+        if (!a.startsWith(u'-') || a == u"-")
+            break; // the command
+        QString value;
+        bool attached = false;
+        if (a.startsWith(u"--") && a.contains(u'=')) {
+            value = a.mid(a.indexOf(u'=') + 1);
+            a = a.left(a.indexOf(u'='));
+            attached = true;
+        }
+        if (a == u"-h" || a == u"--help") {
+            o.help = true;
+            continue;
+        }
+        if (a == u"--version") {
+            o.version = true;
+            continue;
+        }
+        if (a == u"-q" || a == u"--quiet") {
+            o.quiet = true;
+            continue;
+        }
+        if (!withValue.contains(a))
+            return fail(QStringLiteral("unknown option %1").arg(args[i]));
+        if (!attached) {
+            if (i + 1 >= args.size())
+                return fail(QStringLiteral("%1 needs a value").arg(a));
+            value = args[++i];
+        }
+        if (const QString why = checkValue(a, value); !why.isEmpty())
+            return fail(why);
+        if (a == u"-c") {
+            o.language = languageOf(value);
+        } else if (a == u"-s") {
+            o.section = value;
+        } else if (a == u"-d") {
+            o.toolDb = true;
+            o.databasePath = value;
+        } else if (a == u"-x") {
+            if (o.limits.size() == MaxLimits)
+                return fail(QStringLiteral("at most %1 limit strings (-x)").arg(MaxLimits));
+            o.limits << value;
+        } else if (a == u"--port") {
+            o.port = value;
+        } else if (a == u"--baud") {
+            o.baud = value;
+        } else if (a == u"--parity") {
+            o.parity = value.toUpper();
+        } else if (a == u"--data") {
+            o.data = value;
+        } else if (a == u"--stop") {
+            o.stop = value;
+        } else if (a == u"--cnc") {
+            o.cnc = value;
+        }
+    }
+    if (o.help || o.version)
+        return p;
+    if (i >= args.size())
+        return fail(QStringLiteral("no command given"));
+    o.commandWord = args[i];
+    o.args = args.mid(i + 1);
+    for (const Command &c : Commands) {
+        if (o.commandWord != QLatin1String(c.word))
+            continue;
+        if (o.args.size() < c.least || o.args.size() > c.most)
+            return fail(QStringLiteral("usage: dncctl [options] %1").arg(c.synopsis));
+        o.command = c.command;
+        return p;
+    }
+    return fail(QStringLiteral("unknown command \"%1\"").arg(o.commandWord));
+}
+
+QString ctlUsage() {
+    return QStringLiteral(
+        "Usage: dncctl [options] COMMAND [arguments]\n"
+        "\n"
+        "Moves NC programs between this PC and a CNC over the serial line, with the settings\n"
+        "of the window program ($XDG_CONFIG_HOME/dnc.ini) and the same dialogue on the wire.\n"
+        "\n"
+        "Commands:\n"
+        "  send FILE          send an NC program (its tools counted with -d)\n"
+        "  receive OUT        receive the program a control \"303\" sends, save it to OUT\n"
+        "  receive NAME OUT   receive the program NAME from a control \"504\"\n"
+        "                     (OUT - writes the program to standard output)\n"
+        "  list               the control's programs, one a line, on standard output\n"
+        "  change             CC, change program (\"303\")\n"
+        "  execute            CE, change execute (\"303\")\n"
+        "  delete NAME        DC, delete the program NAME on a control \"504\"\n"
+        "\n"
+        "Options, before the command, each value as its own argument:\n"
+        "  -c CODE            language of the messages: 044 English, 033 French, 049 German\n"
+        "  -s SECTION         the section of dnc.ini (default: Default)\n"
+        "  -d DATABASE        count the tools of each program sent in this tool database\n"
+        "  -x STRING          a limit string that cuts tool names short; repeat -x for each\n"
+        "                     one (at most 10)\n"
+        "  --port DEVICE      the serial device for this run, e.g. /dev/ttyUSB0\n"
+        "  --baud N           baud rate for this run\n"
+        "  --parity E|O|N     parity for this run\n"
+        "  --data 7|8         data bits for this run\n"
+        "  --stop 1|2         stop bits for this run\n"
+        "  --cnc TYPE         control type for this run: 303, 504 or XonXoff\n"
+        "                     (the overrides leave dnc.ini untouched)\n"
+        "  -q, --quiet        no progress line\n"
+        "  -h, --help         this text\n"
+        "  --version          the version\n"
+        "\n"
+        "Exit status:\n"
+        "  0    done: the control took everything\n"
+        "  2    bad usage\n"
+        "  3    time-out: the control did not answer, or stopped answering\n"
+        "  4    port failure: absent, busy, refused its settings, or gone\n"
+        "  5    file failure: the file to send or to write cannot be used\n"
+        "  6    no such program on the control, or the control sent none\n"
+        "  7    tool database failure\n"
+        "  8    not offered by the control type, or the settings are incomplete\n"
+        "  130  interrupted by Ctrl-C (SIGINT); 143 by SIGTERM\n");
+}

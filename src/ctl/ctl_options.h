@@ -1,0 +1,38 @@
+#pragma once
+// The companion's command line, taken the usual way: options first, each value its own
+// argument, then the command and its arguments, which are taken as they stand.
+
+#include <QString>
+#include <QStringList>
+
+enum class CtlCommand { None, Send, Receive, List, Change, Execute, Delete };
+
+struct CtlOptions {
+    qint16 language = 1;
+    QString section = QStringLiteral("Default");
+    bool toolDb = false;
+    QString databasePath;
+    QStringList limits; // -x, in the order given
+
+    // Line overrides for this run; empty: as dnc.ini says.
+    QString port; // a device path
+    QString baud, parity, data, stop, cnc;
+
+    bool quiet = false;
+    bool help = false;
+    bool version = false;
+
+    CtlCommand command = CtlCommand::None;
+    QString commandWord;
+    QStringList args;
+};
+
+struct CtlParse {
+    CtlOptions options;
+    QString error; // empty when the line is usable
+};
+
+CtlParse parseCtlArguments(const QStringList &args); // without the program's name
+
+// The text of --help.
+QString ctlUsage();

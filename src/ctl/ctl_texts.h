@@ -1,0 +1,27 @@
+#pragma once
+// The companion's own messages and progress words, in the language of -c. The operations'
+// messages come from the text table; these are the ones only the command line needs.
+
+#include <QString>
+
+enum class CtlText {
+    NotOffered,      // %1 command, %2 control choice
+    NoControlType,   // %1 section, %2 settings file
+    MissingSetting,  // %1 section, %2 settings file, %3 key, %4 option
+    NoSuchFile,      // %1 path
+    NotAFile,        // %1 path
+    CannotRead,      // %1 path, %2 reason
+    CannotWrite,     // %1 path, %2 reason
+    NotListed,       // %1 name
+    NothingListed,   // the control's list was empty
+    NothingReceived, // the control ended the reception before any line
+    Interrupted,     // %1 signal name
+    NotSaved,        // %1 characters
+    Characters,
+    PerSecond,
+    Left,
+    Receiving,
+};
+
+// Language as the window numbers it: 1 and 4 English, 2 French, 3 German.
+QString ctlText(CtlText text, qint16 language);

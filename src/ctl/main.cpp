@@ -1,0 +1,32 @@
+// dncctl: the window's operations from a shell, a script or a CAM post-processor.
+#include "app_info.h"
+#include "ctl_options.h"
+#include "ctl_outcome.h"
+#include "ctl_run.h"
+
+#include <QCoreApplication>
+
+#include <csignal>
+#include <cstdio>
+
+int main(int argc, char *argv[]) {
+    QCoreApplication app(argc, argv);
+    // A reader that went away (dncctl list | head -1) is a failed write, not a crash.
+    std::signal(SIGPIPE, SIG_IGN);
+
+    const CtlParse parse = parseCtlArguments(app.arguments().mid(1));
+    if (!parse.error.isEmpty()) {
+        std::fprintf(stderr, "dncctl: %s\nTry 'dncctl --help'.\n",
+                     parse.error.toLocal8Bit().constData());
+        return ExitUsage;
+    }
+    if (parse.options.help) {
+        std::fputs(ctlUsage().toLocal8Bit().constData(), stdout);
+        return ExitOk;
+    }
+    if (parse.options.version) {
+        std::printf("dncctl (%s) %d.%d.%d\n", AppTitle, AppMajor, AppMinor, AppRevision);
+        return ExitOk;
+    }
+    return runDncctl(parse.options);
+}
