@@ -104,8 +104,7 @@ void DncWindow::Command1_Click(int index) {
         // operation's waits go on while it is open.
         if (index == 7) {
             auto *box = new QMessageBox(QMessageBox::NoIcon, QString::fromLatin1(AppTitle),
-                                        boxText(helpText(m_g.Language)), QMessageBox::Ok,
-                                        this);
+                                        boxText(helpText(m_g.Language)), QMessageBox::Ok, this);
             box->setAttribute(Qt::WA_DeleteOnClose);
             box->setModal(false);
             box->show();
