@@ -12,7 +12,7 @@ namespace {
 // Tops of the seven rows of list and label, in twips.
 constexpr int RowTop[7] = {120, 600, 1080, 1560, 2040, 2520, 3000};
 constexpr int DeviceColumnLeft = 3780;
-constexpr int DeviceColumnWidth = 4560;
+constexpr int DeviceColumnWidth = 5400;
 
 } // namespace
 

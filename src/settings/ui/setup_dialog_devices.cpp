@@ -15,9 +15,9 @@ constexpr int PresentIndexRole = Qt::UserRole + 1; // index in m_present, or -1
 // Lets a long path wrap at its separators instead of running out of the box.
 QString breakable(const QString &path) {
     QString out;
-    for (QChar c : path) {
-        out += c;
-        if (c == u'/' || c == u'_' || c == u'-')
+    for (qsizetype i = 0; i < path.size(); ++i) {
+        out += path[i];
+        if ((path[i] == u'/' && i > 0) || path[i] == u'_')
             out += QChar(0x200B);
     }
     return out;
@@ -89,9 +89,10 @@ void SetupDialog::showDevices() {
     if (!chosen.isEmpty() && current == 0) {
         // Chosen earlier and not found now: kept, and said so.
         const bool there = QFileInfo::exists(chosen);
+        // The state first: a long path is cut at the list's right edge.
         DeviceCombo->addItem(
             there ? chosen
-                  : QStringLiteral("%1 (%2)").arg(chosen, deviceText(language, DeviceText::Absent)),
+                  : QStringLiteral("%1: %2").arg(deviceText(language, DeviceText::Absent), chosen),
             chosen);
         DeviceCombo->setItemData(DeviceCombo->count() - 1, -1, PresentIndexRole);
         current = DeviceCombo->count() - 1;
