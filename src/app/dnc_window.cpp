@@ -161,7 +161,7 @@ void DncWindow::frame(int index) {
 }
 
 void DncWindow::runSetup() {
-    SetupDialog setup(m_g, this);
+    SetupDialog setup(m_g, this, m_deviceScan);
     setup.exec();
     ReadSettings(m_g);
     setCaption();

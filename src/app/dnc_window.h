@@ -4,6 +4,7 @@
 #include "cm_dialog.h"
 #include "globals.h"
 #include "link.h"
+#include "serial_device.h"
 
 #include <QWidget>
 #include <array>
@@ -37,6 +38,9 @@ public:
     void Command2_Click();
     void Enable_cmd();
 
+    // What the setup dialog offers as the port's device.
+    void setSerialDeviceScan(SerialDeviceScan scan) { m_deviceScan = std::move(scan); }
+
     const OperationState &operationState() const { return m_state; }
     Screen &screen();
 
@@ -61,4 +65,5 @@ private:
     std::unique_ptr<Link> m_link;
     Comm &m_comm;
     Yield &m_yield;
+    SerialDeviceScan m_deviceScan;
 };

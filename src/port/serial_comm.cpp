@@ -1,5 +1,7 @@
 #include "serial_comm.h"
 
+#include "open_failure.h"
+#include "serial_devices.h"
 #include "wire_trace.h"
 
 #include <QCoreApplication>
@@ -70,11 +72,7 @@ SerialComm::~SerialComm() = default;
 QString SerialComm::devicePath() const {
     if (!m_device.isEmpty())
         return m_device;
-    const QString fromEnv =
-        qEnvironmentVariable(qPrintable(QStringLiteral("DNC_COM%1").arg(m_commPort)));
-    if (!fromEnv.isEmpty())
-        return fromEnv;
-    return QStringLiteral("/dev/ttyS%1").arg(m_commPort - 1);
+    return comDevicePath(m_commPort, m_configured ? m_configured(m_commPort) : QString());
 }
 
 QString SerialComm::deviceName() const {
@@ -165,29 +163,12 @@ void SerialComm::open() {
 }
 
 CommError SerialComm::openError() const {
-    const QString why = m_port.errorString();
-    QString reason;
-    switch (m_port.error()) {
-    case QSerialPort::DeviceNotFoundError:
-        reason = QStringLiteral("cannot be opened: no such device");
-        break;
-    case QSerialPort::PermissionError:
-        if (why.contains(QLatin1String("lock"), Qt::CaseInsensitive) || why == systemText(EBUSY))
-            reason =
-                QStringLiteral("cannot be opened: another program holds the port (%1)").arg(why);
-        else
-            reason = QStringLiteral("cannot be opened: permission denied; the user may need "
-                                    "to be in the group dialout (%1)")
-                         .arg(why);
-        break;
-    case QSerialPort::OpenError:
-        reason = QStringLiteral("cannot be opened: it is open already");
-        break;
-    default:
-        reason = QStringLiteral("cannot be opened: %1").arg(why);
-        break;
-    }
-    return CommError{deviceName(), reason};
+    const OpenFailure f{m_port.error(), m_port.errorString(), devicePath(),
+                        QStringLiteral("COM%1:").arg(m_commPort)};
+    const QList<SerialDevice> present = f.error == QSerialPort::DeviceNotFoundError
+                                            ? presentSerialDevices()
+                                            : QList<SerialDevice>();
+    return CommError{deviceName(), openFailureReason(f, present)};
 }
 
 void SerialComm::raiseDtr() {

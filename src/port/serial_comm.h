@@ -1,7 +1,8 @@
 #pragma once
 // The port over QSerialPort. COMn is the device named by the environment variable DNC_COMn,
-// else /dev/ttyS<n-1>. At most 512 characters are in flight (Qt's buffer and the driver's
-// queue): Output waits, yielding to the event loop, for room, and never drops a byte.
+// else the one the settings name for it, else /dev/ttyS<n-1>. At most 512 characters are in flight
+// (Qt's buffer and the driver's queue): Output waits, yielding to the event loop, for room, and
+// never drops a byte.
 
 #include "comm.h"
 #include "line_settings.h"
@@ -10,6 +11,7 @@
 #include <QElapsedTimer>
 #include <QSerialPort>
 #include <QTimer>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -24,6 +26,11 @@ public:
     static constexpr int MaxInFlight = 512;
 
     void setDevice(const QString &path) { m_device = path; }
+    // The device the settings name for a port number, empty for none; read at each opening,
+    // so that a choice made in the setup dialog holds for the next operation.
+    void setConfiguredDevices(std::function<QString(int port)> configured) {
+        m_configured = std::move(configured);
+    }
     // The device the current port number stands for, and how the operator knows it:
     // "COM1: (/dev/ttyS0)".
     QString devicePath() const;
@@ -75,6 +82,7 @@ private:
     QSerialPort m_port;
     QTimer m_wake; // wakes the waits while only the driver's queue drains
     QString m_device;
+    std::function<QString(int)> m_configured;
     int m_commPort = 1;
     QString m_settingsText = QStringLiteral("9600,N,8,1");
     LineSettings m_settings;

@@ -46,6 +46,8 @@ SetupForm loadSetup(const Globals &g) {
     }
     form.check1 = checkOf(GetProfile(g, g.ConfigSection, "Wait-Xon"));
     form.check2 = checkOf(GetProfile(g, g.ConfigSection, "Space"));
+    for (int port = 1; port <= PortCount; ++port)
+        form.devices[port - 1] = configuredDevice(g, port);
     return form;
 }
 
@@ -60,4 +62,7 @@ void saveSetup(const Globals &g, const SetupForm &form) {
     PutProfile(g, s, "Soft", textOf(form, 6));
     PutProfile(g, s, "Wait-Xon", form.check1 ? "1" : "0");
     PutProfile(g, s, "Space", form.check2 ? "1" : "0");
+    for (int port = 1; port <= PortCount; ++port)
+        if (form.devices[port - 1] != configuredDevice(g, port))
+            PutProfile(g, PortsSection, QStringLiteral("COM%1").arg(port), form.devices[port - 1]);
 }

@@ -84,6 +84,8 @@ void TestDncWindow::startUp() {
     for (int i = 0; i < 8; ++i)
         QCOMPARE(r.w->Command1[i]->text(), r.f.g.Text(31 + i));
     QCOMPARE(r.w->Command2->text(), r.f.g.Text(5));
+    for (const QPushButton *b : r.w->findChildren<QPushButton *>()) // none cut by its box
+        QVERIFY2(b->sizeHint().width() <= b->width(), qPrintable(b->text()));
     QCOMPARE(r.w->windowTitle(),
              QStringLiteral("DNC VELDA - V2.6.0 - ") + (cnc.isNull() ? "" : "COM1:9600,E,7,2"));
     QVERIFY(!r.w->Text1->isVisible() && !r.w->List1->isVisible() && !r.w->Label1->isVisible());

@@ -1,9 +1,19 @@
 // The port through the real QSerialPort on a pseudo-terminal; the test plays the far end.
 #include "pty_pair.h"
 #include "serial_comm.h"
+#include "serial_devices.h"
 
 #include <QtTest>
 #include <optional>
+
+#include <csignal>
+#include <fcntl.h>
+#include <grp.h>
+#include <pwd.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #define OPEN_PTY(pty)                                                                              \
     PtyPair pty;                                                                                   \
@@ -21,6 +31,92 @@ template <typename F> std::optional<CommError> Thrown(F f) {
     }
     return std::nullopt;
 }
+
+// Another program that holds the device with an exclusive open (TIOCEXCL), as terminal
+// programs do: a child process that opens it and waits to be killed.
+class ExclusiveHolder {
+public:
+    explicit ExclusiveHolder(const QString &path) {
+        const QByteArray name = QFile::encodeName(path);
+        int ready[2];
+        if (::pipe(ready) != 0)
+            return;
+        m_pid = ::fork();
+        if (m_pid == 0) {
+            const int fd = ::open(name.constData(), O_RDWR | O_NOCTTY);
+            const char ok = fd >= 0 && ::ioctl(fd, TIOCEXCL) == 0 ? 'y' : 'n';
+            (void)!::write(ready[1], &ok, 1);
+            for (;;)
+                ::pause();
+        }
+        ::close(ready[1]);
+        char ok = 'n';
+        m_holding = m_pid > 0 && ::read(ready[0], &ok, 1) == 1 && ok == 'y';
+        ::close(ready[0]);
+    }
+    ~ExclusiveHolder() {
+        if (m_pid > 0) {
+            ::kill(m_pid, SIGKILL);
+            ::waitpid(m_pid, nullptr, 0);
+        }
+    }
+    ExclusiveHolder(const ExclusiveHolder &) = delete;
+    ExclusiveHolder &operator=(const ExclusiveHolder &) = delete;
+    bool holding() const { return m_holding; }
+
+private:
+    pid_t m_pid = -1;
+    bool m_holding = false;
+};
+
+// While alive, a test run by root has the rights of the user nobody (as far as opening files
+// goes), so that it meets what an operator meets. Others keep their own rights.
+class Unprivileged {
+public:
+    Unprivileged() {
+        const passwd *me = ::getpwuid(::geteuid());
+        m_user = me ? QString::fromLocal8Bit(me->pw_name) : QString();
+        if (::geteuid() != 0)
+            return;
+        const passwd *nobody = ::getpwnam("nobody");
+        if (!nobody) {
+            m_why = QStringLiteral("there is no user nobody");
+            return;
+        }
+        m_groups.resize(::getgroups(0, nullptr));
+        ::getgroups(int(m_groups.size()), m_groups.data());
+        if (::setgroups(0, nullptr) != 0 || ::setegid(nobody->pw_gid) != 0 ||
+            ::seteuid(nobody->pw_uid) != 0) {
+            m_why = QString::fromLocal8Bit(std::strerror(errno));
+            restore();
+            return;
+        }
+        m_dropped = true;
+        m_user = QString::fromLocal8Bit(nobody->pw_name);
+    }
+    ~Unprivileged() { restore(); }
+    Unprivileged(const Unprivileged &) = delete;
+    Unprivileged &operator=(const Unprivileged &) = delete;
+
+    bool ok() const { return m_why.isEmpty(); }
+    QString why() const { return m_why; }
+    QString user() const { return m_user; }
+
+private:
+    void restore() {
+        if (::geteuid() != 0 && (m_dropped || !m_why.isEmpty()) && ::seteuid(0) != 0)
+            qFatal("cannot take root's rights back");
+        if (m_dropped || !m_why.isEmpty()) {
+            (void)!::setegid(0);
+            (void)!::setgroups(m_groups.size(), m_groups.data());
+        }
+        m_dropped = false;
+    }
+    std::vector<gid_t> m_groups;
+    bool m_dropped = false;
+    QString m_why;
+    QString m_user;
+};
 
 QByteArray Pattern(qsizetype n) {
     QByteArray b(n, Qt::Uninitialized);
@@ -151,30 +247,128 @@ private slots:
         QVERIFY2(rx.match(text).hasMatch(), qPrintable(text));
     }
 
-    void openRefused_data() {
-        QTest::addColumn<bool>("busy"); // held by another, named through a symlink; else absent
-        QTest::addColumn<QString>("reason");
-        QTest::newRow("absent") << false << "cannot be opened: no such device";
-        QTest::newRow("busy") << true << "cannot be opened: another program holds the port";
+    void deviceOfPort_data() {
+        QTest::addColumn<QString>("env");        // DNC_COM3; null: unset
+        QTest::addColumn<QString>("configured"); // what the settings name for COM3:
+        QTest::addColumn<QString>("device");
+        QTest::newRow("default") << QString() << QString() << "/dev/ttyS2";
+        QTest::newRow("settings") << QString() << "/dev/serial/by-id/usb-X"
+                                  << "/dev/serial/by-id/usb-X";
+        QTest::newRow("environment first") << "/dev/pts/9"
+                                           << "/dev/ttyUSB0"
+                                           << "/dev/pts/9";
     }
+    void deviceOfPort() {
+        QFETCH(QString, env);
+        QFETCH(QString, configured);
+        if (!env.isNull())
+            qputenv("DNC_COM3", env.toLocal8Bit());
+        SerialComm comm;
+        QList<int> asked;
+        comm.setConfiguredDevices([&](int port) {
+            asked << port;
+            return port == 3 ? configured : QStringLiteral("/dev/wrong");
+        });
+        comm.setCommPort(3);
+        const QString path = comm.devicePath();
+        const QString name = comm.deviceName();
+        qunsetenv("DNC_COM3");
+        QTEST(path, "device");
+        QCOMPARE(name, "COM3: (" + path + ")");
+        QVERIFY(asked.contains(3) && !asked.contains(1));
+    }
+
+    // udev's by-id links are the stable names; a device without one keeps its own.
+    void stablePath() {
+        OPEN_PTY(pty);
+        OPEN_PTY(other);
+        QTemporaryDir byId;
+        const QString link =
+            byId.filePath(QStringLiteral("usb-FTDI_FT232R_USB_UART_A5-if00-port0"));
+        QVERIFY(QFile::link(pty.slavePath(), link));
+        QVERIFY(QFile::link(QStringLiteral("/nonexistent"), byId.filePath(QStringLiteral("a"))));
+        QVERIFY(QFile::link(QStringLiteral("/dev/null"), byId.filePath(QStringLiteral("b"))));
+        QCOMPARE(stablePathOf(pty.slavePath(), byId.path()), link);
+        QCOMPARE(stablePathOf(other.slavePath(), byId.path()), other.slavePath());
+        QCOMPARE(stablePathOf(QStringLiteral("/dev/none"), byId.path()),
+                 QStringLiteral("/dev/none"));
+    }
+
+    void openRefused_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<QStringList>("says"); // parts of the reason; %user: who opens
+        QStringList absent{"cannot be opened: there is no such device"};
+        const QList<SerialDevice> present = presentSerialDevices();
+        if (present.isEmpty())
+            absent << "this PC has no serial device at all";
+        for (const SerialDevice &d : present)
+            absent << d.systemLocation;
+        if (!present.isEmpty())
+            absent << "Choose the device of COM3: with Setup.";
+        const QStringList busy{"cannot be opened: another program holds it", "Close that program"};
+        const QStringList denied{"cannot be opened: the user %user may not open it",
+                                 "sudo adduser %user dialout", "log out and in again"};
+        QTest::newRow("absent") << "absent" << absent;
+        QTest::newRow("busy: another port holds it") << "locked" << busy;
+        QTest::newRow("busy: another process's exclusive open") << "exclusive" << busy;
+        QTest::newRow("no permission: the group dialout may")
+            << "group" << (denied + QStringList{"The group dialout may open it"});
+        QTest::newRow("no permission: no group may")
+            << "private" << (denied + QStringList{"lets no group open it", "------- "});
+    }
+    // The device is named through the settings, by a link as udev's by-id links are.
     void openRefused() {
-        QFETCH(bool, busy);
-        QFETCH(QString, reason);
+        QFETCH(QString, kind);
+        QFETCH(QStringList, says);
         OPEN_PTY(pty);
         QTemporaryDir dir;
-        const QString path = busy ? dir.filePath(QStringLiteral("com3"))
-                                  : QStringLiteral("/dev/dnc-test-no-such-port");
+        QVERIFY(QFile::setPermissions(dir.path(), QFile::ReadOwner | QFile::WriteOwner |
+                                                      QFile::ExeOwner | QFile::ExeGroup |
+                                                      QFile::ExeOther)); // the operator's too
+        const QByteArray slave = QFile::encodeName(pty.slavePath());
+        const QString path = kind == QLatin1String("absent")
+                                 ? QStringLiteral("/dev/serial/by-id/dnc-test-no-such-port")
+                                 : dir.filePath(QStringLiteral("com3"));
+        QVERIFY(kind == QLatin1String("absent") || QFile::link(pty.slavePath(), path));
+        const bool root = ::geteuid() == 0;
+
         SerialComm holder(pty.slavePath());
-        holder.setPortOpen(busy);
-        QVERIFY(!busy || QFile::link(pty.slavePath(), path));
-        qputenv("DNC_COM3", path.toLocal8Bit());
+        std::optional<ExclusiveHolder> exclusive;
+        if (kind == QLatin1String("locked") || kind == QLatin1String("exclusive"))
+            QVERIFY(::chmod(slave, 0666) == 0); // only the other's hold stands in the way
+        if (kind == QLatin1String("locked")) {
+            holder.setPortOpen(true);
+        } else if (kind == QLatin1String("exclusive")) {
+            exclusive.emplace(pty.slavePath());
+            QVERIFY2(exclusive->holding(), "the other process could not take the device");
+        } else if (kind == QLatin1String("group")) {
+            const group *dialout = ::getgrnam("dialout");
+            if (!root || !dialout)
+                QSKIP("giving a device to the group dialout needs root and that group");
+            QVERIFY(::chown(slave, 0, dialout->gr_gid) == 0 && ::chmod(slave, 0660) == 0);
+        } else if (kind == QLatin1String("private")) {
+            QVERIFY(::chmod(slave, root ? 0600 : 0) == 0);
+        }
+
         SerialComm comm;
+        comm.setConfiguredDevices([&](int port) { return port == 3 ? path : QString(); });
         comm.setCommPort(3);
-        const auto e = Thrown([&] { comm.setPortOpen(true); });
-        qunsetenv("DNC_COM3");
+        std::optional<CommError> e;
+        QString user;
+        {
+            // Root opens what the operator may not, and past another's exclusive open.
+            const Unprivileged operatorRights;
+            if (!operatorRights.ok())
+                QSKIP(qPrintable("cannot drop root's rights to open as an operator: " +
+                                 operatorRights.why()));
+            user = operatorRights.user();
+            e = Thrown([&] { comm.setPortOpen(true); });
+        }
         QVERIFY(e && !comm.portOpen());
         QCOMPARE(e->device, QStringLiteral("COM3: (%1)").arg(path));
-        QVERIFY2(e->reason.contains(reason), qPrintable(e->reason));
+        for (QString part : says)
+            QVERIFY2(e->reason.contains(part.replace(QLatin1String("%user"), user)),
+                     qPrintable(e->reason));
         comm.setPortOpen(false); // closing a port that never opened is no error
     }
 

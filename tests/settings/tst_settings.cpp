@@ -1,5 +1,6 @@
 #include "command_line.h"
 #include "ini_file.h"
+#include "port_devices.h"
 #include "profile.h"
 #include "setup_form.h"
 
@@ -20,6 +21,8 @@ private slots:
     void readSettings_data();
     void readSettings();
     void absentSectionReadsAsNoFile();
+    void portDevice_data();
+    void portDevice();
 };
 
 // Key "Port" of section "Default" throughout.
@@ -207,6 +210,53 @@ void TestSettings::absentSectionReadsAsNoFile() {
     ReadSettings(ini.g);
     QCOMPARE(ini.g.ComSettings, QStringLiteral("COM1:300,E,7,1"));
     QCOMPARE(ini.g.CncType, qint16(1));
+}
+
+// COM2:'s device: DNC_COM2 (null: unset), then [Ports], shared by every configuration, then
+// /dev/ttyS1.
+void TestSettings::portDevice_data() {
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QString>("env");
+    QTest::addColumn<QString>("device");
+    const QString byId = QStringLiteral("/dev/serial/by-id/usb-FTDI_FT232R_USB_UART_A50285BI-if00");
+    const QByteArray ports = "[Default]\nPort=COM2:\n\n[Ports]\nCOM2=" + byId.toUtf8() + "\n";
+    auto row = [](const char *name, const QByteArray &file, const QString &env,
+                  const QString &device) { QTest::newRow(name) << file << env << device; };
+    row("no file", "", QString(), "/dev/ttyS1");
+    row("no entry", "[Default]\nPort=COM2:\n", QString(), "/dev/ttyS1");
+    row("[Ports] names it", ports, QString(), byId);
+    row("names in any case, blanks around", "[ports]\ncom2 = /dev/ttyUSB0 \n", QString(),
+        "/dev/ttyUSB0");
+    row("another port's entry", "[Ports]\nCOM1=/dev/ttyUSB0\nCOM3=/dev/ttyUSB1\n", QString(),
+        "/dev/ttyS1");
+    row("empty entry", "[Ports]\nCOM2=\n", QString(), "/dev/ttyS1");
+    row("not in the configuration's section", "[Shop]\nCOM2=/dev/ttyUSB0\n", QString(),
+        "/dev/ttyS1");
+    row("environment before [Ports]", ports, "/dev/pts/7", "/dev/pts/7");
+    row("environment without a file", "", "/dev/pts/7", "/dev/pts/7");
+    row("empty environment counts as unset", ports, "", byId);
+}
+
+void TestSettings::portDevice() {
+    QFETCH(QByteArray, file);
+    QFETCH(QString, env);
+    IniFile ini;
+    if (!file.isEmpty())
+        ini.write(file);
+    GetParameter(ini.g, "-s Shop");
+    const QByteArray saved = qgetenv("DNC_COM2");
+    if (env.isNull())
+        qunsetenv("DNC_COM2");
+    else
+        qputenv("DNC_COM2", env.toLocal8Bit());
+    const QString device = comDevice(ini.g, 2);
+    const QString other = comDevice(ini.g, 4);
+    if (saved.isNull())
+        qunsetenv("DNC_COM2");
+    else
+        qputenv("DNC_COM2", saved);
+    QTEST(device, "device");
+    QCOMPARE(other, QStringLiteral("/dev/ttyS3"));
 }
 
 QTEST_GUILESS_MAIN(TestSettings)

@@ -1,4 +1,6 @@
+#include "form_geometry.h"
 #include "ini_file.h"
+#include "port_devices.h"
 #include "setup_dialog.h"
 #include "text_table.h"
 
@@ -8,24 +10,68 @@
 #include <QPushButton>
 #include <QTest>
 
+namespace {
+
+const QString ById =
+    QStringLiteral("/dev/serial/by-id/usb-FTDI_FT232R_USB_UART_A50285BI-if00-port0");
+const SerialDevice Ftdi{ById, "/dev/ttyUSB0", "FT232R USB UART", "FTDI", "A50285BI"};
+const SerialDevice Builtin{"/dev/ttyS0", "/dev/ttyS0", "", "", ""};
+const QString FtdiEntry = QStringLiteral("FT232R USB UART, FTDI, A50285BI (ttyUSB0)");
+
+// The text as it reads, without the places where a long path may wrap.
+QString shown(const QLabel *l) {
+    return l->text().remove(QChar(0x200B));
+}
+
+QStringList entries(const QComboBox *c) {
+    QStringList list;
+    for (int i = 0; i < c->count(); ++i)
+        list << c->itemText(i);
+    return list;
+}
+
+// As the operator picks: the keyboard on the list.
+void pick(QComboBox *c, int index) {
+    c->setFocus();
+    while (c->currentIndex() < index)
+        QTest::keyClick(c, Qt::Key_Down);
+    while (c->currentIndex() > index)
+        QTest::keyClick(c, Qt::Key_Up);
+}
+
+void press(SetupDialog &d) {
+    d.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&d));
+    QTest::mouseClick(d.Command1, Qt::LeftButton);
+    QVERIFY(!d.isVisible());
+}
+
+} // namespace
+
 class TestSetupDialog : public QObject {
     Q_OBJECT
 private slots:
     void form();
     void buttonWritesAllAndCloses();
     void closingWritesNothing();
+    void deviceRoundTrip();
+    void deviceShown_data();
+    void deviceShown();
 };
 
 void TestSetupDialog::form() {
     IniFile ini;
     ini.g.Language = 3;
     InitTexts(ini.g);
-    SetupDialog d(ini.g);
+    SetupDialog d(ini.g, nullptr, [] { return QList<SerialDevice>{Builtin}; });
     QCOMPARE(d.windowTitle(), ini.g.Text(10));
     QCOMPARE(d.Command1->text(), ini.g.Text(5));
     QCOMPARE(d.Check1->text(), ini.g.Text(18));
     QCOMPARE(d.Check2->text(), ini.g.Text(19));
-    QList<QWidget *> captions = {d.Check1, d.Check2};
+    QCOMPARE(d.DeviceRefresh->text(), QStringLiteral("Neu suchen"));
+    QCOMPARE(entries(d.DeviceCombo), (QStringList{"Standard: /dev/ttyS0", "ttyS0"}));
+    QVERIFY(shown(d.DeviceInfo).startsWith(QStringLiteral("Gerät für COM1:\n/dev/ttyS0")));
+    QList<QWidget *> captions = {d.Check1, d.Check2, d.DeviceRefresh};
     for (int i = 0; i < 7; ++i) {
         QCOMPARE(d.Label[i]->text(), ini.g.Text(11 + i));
         QVERIFY(!d.Combo[i]->isEditable());
@@ -37,18 +83,21 @@ void TestSetupDialog::form() {
     for (QWidget *w = d.Command1; order.isEmpty() || w != d.Command1; w = w->nextInFocusChain())
         if (w->focusPolicy() & Qt::TabFocus)
             order << w;
-    QCOMPARE(order, (QList<QWidget *>{d.Command1, d.Combo[0], d.Combo[1], d.Combo[2], d.Combo[3],
-                                      d.Combo[4], d.Combo[5], d.Combo[6], d.Check1, d.Check2}));
+    QCOMPARE(order, (QList<QWidget *>{d.Command1, d.Combo[0], d.DeviceCombo, d.DeviceRefresh,
+                                      d.Combo[1], d.Combo[2], d.Combo[3], d.Combo[4], d.Combo[5],
+                                      d.Combo[6], d.Check1, d.Check2}));
+    // The form's own controls stand where they stood; the device's column is beside them.
+    const qreal dpi = d.logicalDpiX();
+    QCOMPARE(d.Combo[0]->geometry(), QRect(twipsToPixels(2160, dpi), twipsToPixels(120, dpi),
+                                           twipsToPixels(1455, dpi), twipsToPixels(300, dpi)));
+    QCOMPARE(d.Command1->geometry(), QRect(twipsToPixels(2520, dpi), twipsToPixels(4560, dpi),
+                                           twipsToPixels(1095, dpi), twipsToPixels(375, dpi)));
+    for (const QWidget *w : QList<QWidget *>{d.DeviceCombo, d.DeviceInfo, d.DeviceRefresh})
+        QVERIFY(w->x() > d.Combo[0]->geometry().right() && d.rect().contains(w->geometry()));
 }
 
 void TestSetupDialog::buttonWritesAllAndCloses() {
     IniFile ini;
-    auto press = [&](SetupDialog &d) {
-        d.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&d));
-        QTest::mouseClick(d.Command1, Qt::LeftButton);
-        QVERIFY(!d.isVisible());
-    };
     SetupDialog first(ini.g);
     press(first);
     QCOMPARE(ini.read(), QByteArray("[Default]\nPort=COM1:\nBaud=300\nParity=E\nData=7\nStop=1\n"
@@ -78,6 +127,86 @@ void TestSetupDialog::closingWritesNothing() {
     QTest::keyClick(&d, Qt::Key_Escape);
     QVERIFY(!d.isVisible());
     QVERIFY(!QFile::exists(ini.path));
+}
+
+// A device picked for a port is written to [Ports] by the button and shown at the next opening,
+// also while it is unplugged; the default empties the entry again.
+void TestSetupDialog::deviceRoundTrip() {
+    IniFile ini;
+    ini.write("[Default]\nPort=COM1:\n");
+    QList<SerialDevice> present{Builtin, Ftdi};
+    const SerialDeviceScan scan = [&] { return present; };
+    {
+        SetupDialog d(ini.g, nullptr, scan);
+        d.show();
+        pick(d.Combo[0], 1);
+        QCOMPARE(entries(d.DeviceCombo), (QStringList{"Default: /dev/ttyS1", "ttyS0", FtdiEntry}));
+        pick(d.DeviceCombo, 2);
+        QCOMPARE(shown(d.DeviceInfo), "Device of COM2:\n" + ById +
+                                          "\n/dev/ttyUSB0\nDescription: FT232R USB UART\n"
+                                          "Maker: FTDI\nSerial number: A50285BI");
+        pick(d.Combo[0], 0); // the choice belongs to COM2:
+        QCOMPARE(d.DeviceCombo->currentIndex(), 0);
+        pick(d.Combo[0], 1);
+        QCOMPARE(d.DeviceCombo->currentText(), FtdiEntry);
+        press(d);
+    }
+    QVERIFY2(ini.read().endsWith("Space=0\n\n[Ports]\nCOM2=" + ById.toUtf8() + "\n"),
+             ini.read().constData());
+    QCOMPARE(comDevice(ini.g, 2), ById);
+
+    present.clear(); // unplugged: kept and said so, written back unchanged
+    {
+        SetupDialog d(ini.g, nullptr, scan);
+        QCOMPARE(d.Combo[0]->currentText(), QStringLiteral("COM2:"));
+        QCOMPARE(d.DeviceCombo->currentText(), "absent: " + ById);
+        QVERIFY(shown(d.DeviceInfo).endsWith("\n\nNot present on this PC now."));
+        const QByteArray before = ini.read();
+        press(d);
+        QCOMPARE(ini.read(), before);
+    }
+    {
+        SetupDialog d(ini.g, nullptr, scan);
+        present = {Ftdi}; // plugged in again while the dialog is open
+        QTest::mouseClick(d.DeviceRefresh, Qt::LeftButton);
+        QCOMPARE(entries(d.DeviceCombo), (QStringList{"Default: /dev/ttyS1", FtdiEntry}));
+        QCOMPARE(d.DeviceCombo->currentIndex(), 1);
+        pick(d.DeviceCombo, 0);
+        press(d);
+    }
+    QVERIFY(ini.read().endsWith("\n[Ports]\nCOM2=\n"));
+    QCOMPARE(comDevice(ini.g, 2), QStringLiteral("/dev/ttyS1"));
+}
+
+// COM1: with a device stored in [Ports] (or none), and DNC_COM1 (null: unset).
+void TestSetupDialog::deviceShown_data() {
+    QTest::addColumn<QString>("stored");
+    QTest::addColumn<QString>("env");
+    QTest::addColumn<QString>("entry");   // the list's choice
+    QTest::addColumn<QString>("info");    // how the text beside ends
+    const QString pty = QDir::tempPath(); // stands for any path that is there but not listed
+    QTest::newRow("kernel name of a present device")
+        << "/dev/ttyUSB0" << QString() << FtdiEntry << "Serial number: A50285BI";
+    QTest::newRow("there, not listed") << pty << QString() << pty << "COM1:\n" + pty;
+    QTest::newRow("environment first")
+        << ById << "/dev/pts/9" << FtdiEntry
+        << "\n\nDNC_COM1 is set in the environment and comes first: /dev/pts/9 is opened.";
+}
+
+void TestSetupDialog::deviceShown() {
+    QFETCH(QString, stored);
+    QFETCH(QString, env);
+    IniFile ini;
+    ini.write("[Ports]\nCOM1=" + stored.toUtf8() + "\n");
+    if (!env.isNull())
+        qputenv("DNC_COM1", env.toLocal8Bit());
+    SetupDialog d(ini.g, nullptr, [] { return QList<SerialDevice>{Builtin, Ftdi}; });
+    qunsetenv("DNC_COM1");
+    QTEST(d.DeviceCombo->currentText(), "entry");
+    QFETCH(QString, info);
+    QVERIFY2(shown(d.DeviceInfo).endsWith(info), qPrintable(shown(d.DeviceInfo)));
+    press(d);
+    QCOMPARE(configuredDevice(ini.g, 1), stored); // shown, not rewritten
 }
 
 QTEST_MAIN(TestSetupDialog)

@@ -1,8 +1,9 @@
 #pragma once
 // The setup dialog: seven drop-down lists, two check boxes and one button that writes all
-// and closes.
+// and closes. Beside them, the device of the chosen port, picked from those this PC has.
 
 #include "globals.h"
+#include "serial_device.h"
 #include "setup_form.h"
 
 #include <QDialog>
@@ -16,7 +17,9 @@ class QPushButton;
 class SetupDialog : public QDialog {
     Q_OBJECT
 public:
-    SetupDialog(const Globals &g, QWidget *parent = nullptr);
+    // `scan` lists the serial devices present; without one only the default and the device
+    // already chosen are offered.
+    SetupDialog(const Globals &g, QWidget *parent = nullptr, SerialDeviceScan scan = {});
 
     std::array<QComboBox *, 7> Combo{};
     std::array<QLabel *, 7> Label{};
@@ -24,7 +27,21 @@ public:
     QCheckBox *Check2 = nullptr;
     QPushButton *Command1 = nullptr;
 
+    QComboBox *DeviceCombo = nullptr; // the device of the port in Combo(0)
+    QLabel *DeviceInfo = nullptr;     // what is known of it
+    QPushButton *DeviceRefresh = nullptr;
+
 private:
     void Command1_Click();
+    void createDeviceControls();
+    void showDevices();
+    void showDeviceInfo();
+    void deviceChosen(int index);
+    void lookForDevices();
+    int shownPort() const;
+
     const Globals &m_g;
+    SerialDeviceScan m_scan;
+    QList<SerialDevice> m_present;
+    std::array<QString, PortCount> m_devices; // the choice for each port, as it will be written
 };
