@@ -37,7 +37,6 @@ public:
     void Command2_Click();
     void Enable_cmd();
 
-    const OperationState &operationState() const { return m_state; }
     Screen &screen();
 
 protected:
@@ -59,6 +58,4 @@ private:
     CmDialog m_dialog;
     std::unique_ptr<ToolListUpdater> m_toolList;
     std::unique_ptr<Link> m_link;
-    Comm &m_comm;
-    Yield &m_yield;
 };
