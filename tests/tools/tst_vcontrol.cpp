@@ -1,6 +1,7 @@
 // What the program's tests take on trust from the virtual control: X-on/X-off pacing at the
 // machine's rate with every overrun counted, and the timing of its faults.
 #include "vcontrol_process.h"
+#include "wire_chars.h"
 
 #include <QtTest>
 #include <fcntl.h>
@@ -8,8 +9,6 @@
 #include <unistd.h>
 
 namespace {
-
-const char XON = 0x11, XOFF = 0x13;
 
 // The program's side of the cable, opened by path; the control has set the line raw.
 struct Line {
@@ -32,7 +31,7 @@ struct Line {
 
 #define START(vc, ...) QVERIFY2((vc).start(__VA_ARGS__), qPrintable((vc).errorString()))
 
-class TestVControl : public QObject {
+class TstVControl : public QObject {
     Q_OBJECT
 private slots:
     void xonxoffPacing_data() {
@@ -57,7 +56,7 @@ private slots:
             for (QByteArray got; !(got = line.read(held ? 3000 : 0)).isEmpty() || held;) {
                 QVERIFY2(!got.isEmpty(), "no X-on after an X-off");
                 for (const char c : got)
-                    held = c == XOFF || (held && c != XON);
+                    held = c == WireChar::XOFF || (held && c != WireChar::XON);
             }
             QVERIFY(line.send(program.mid(at, 24)));
             QThread::msleep(1); // faster than the machine, but it has time to say X-off
@@ -91,5 +90,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestVControl)
+QTEST_GUILESS_MAIN(TstVControl)
 #include "tst_vcontrol.moc"
