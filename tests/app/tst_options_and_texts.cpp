@@ -46,7 +46,6 @@ void TstOptionsAndTexts::getParameter_data() {
     row("code with more behind", "-c 0331", typed, "");
     row("first -c counts", "-c 033 -c 049", typed, "c2");
     row("values end at a blank", "-c 033 -s Shop -b", typed, "c2 s[Shop] b");
-    row("-s last", "-s", typed, "s[]");
     row("-s quoted", "-s \"My Shop\"", typed, "s[\"My]");
     row("-c found inside a value", "-s a-c -c 033", typed, "s[a-c]");
     row("-d quoted, text glued behind", "-d \"a b\"c", typed, "d[a b]");
@@ -56,7 +55,6 @@ void TstOptionsAndTexts::getParameter_data() {
     row("-x quoted, one blank at the end", "-x \"(\" ", typed, "");
     row("-x empty pair", "-x \"\"", typed, "x[]");
     row("-x quoted, blanks kept, glued", "-x \"a b\"\"c\"", typed, "x[a b|c]");
-    row("-x quoted then -b", "-x \"(\" -b", typed, "b");
     row("-x quoted, unquoted, more", "-x \"(\" ; -c 033", typed, "c2 x[(|;]");
     // Decided: an unclosed mark takes the rest of the line; an eleventh string is dropped.
     row("-d unclosed", "-d \"my db -c 033", typed, "c2 d[my db -c 033]");

@@ -64,29 +64,28 @@ void RecordingScreen::msgBox(const QString &text, BoxIcon icon, const QString &t
     boxes << Box{text, icon, title};
 }
 
+namespace {
+// The next scripted answer, or `otherwise` once they are spent.
+QString next(std::deque<QString> &answers, const QString &otherwise = QString()) {
+    if (answers.empty())
+        return otherwise;
+    const QString a = answers.front();
+    answers.pop_front();
+    return a;
+}
+} // namespace
+
 QString RecordingScreen::inputBox(const QString &prompt, const QString &, const QString &def) {
     inputPrompts << prompt;
-    if (inputAnswers.empty())
-        return def;
-    QString a = inputAnswers.front();
-    inputAnswers.pop_front();
-    return a;
+    return next(inputAnswers, def);
 }
 
 QString RecordingScreen::showOpen(const FileDialogRequest &r) {
     openRequests << r;
-    if (openAnswers.empty())
-        return {};
-    QString a = openAnswers.front();
-    openAnswers.pop_front();
-    return a;
+    return next(openAnswers);
 }
 
 QString RecordingScreen::showSave(const FileDialogRequest &r) {
     saveRequests << r;
-    if (saveAnswers.empty())
-        return {};
-    QString a = saveAnswers.front();
-    saveAnswers.pop_front();
-    return a;
+    return next(saveAnswers);
 }

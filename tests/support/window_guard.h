@@ -21,8 +21,6 @@ public:
         m_poll.start(10);
     }
     ~WindowGuard() { check(); }
-    WindowGuard(const WindowGuard &) = delete;
-    WindowGuard &operator=(const WindowGuard &) = delete;
 
     // Runs `act` on the next modal widget, which must be a T.
     template <class T> void expect(std::function<void(T *)> act) {
@@ -34,13 +32,11 @@ public:
         });
     }
 
-    // Fails the test on what is left over, then clears it away.
+    // Fails the test on what is left over, and clears it away.
     void check() {
         QStringList left = m_unexpected;
-        m_unexpected.clear();
         if (!m_expected.empty())
             left << QStringLiteral("%1 expected modal(s) never shown").arg(m_expected.size());
-        m_expected.clear();
         if (QApplication::overrideCursor())
             left << QStringLiteral("the wait cursor is on");
         while (QApplication::overrideCursor())
@@ -51,28 +47,31 @@ public:
                 w->close();
             }
         }
+        m_unexpected.clear();
+        m_expected.clear();
         if (!left.isEmpty() && QTest::currentTestFunction() && !QTest::currentTestFailed())
             QTest::qFail(qPrintable(left.join(QStringLiteral("; "))), __FILE__, __LINE__);
     }
 
 private:
     static QString describe(QWidget *w) {
-        auto *box = qobject_cast<QMessageBox *>(w);
-        return QString::fromLatin1(w->metaObject()->className()) + " \"" +
-               (box ? box->text() : w->windowTitle()) + '"';
+        const auto *box = qobject_cast<QMessageBox *>(w);
+        return QStringLiteral("%1 \"%2\"")
+            .arg(w->metaObject()->className(), box ? box->text() : w->windowTitle());
     }
 
     void poll() {
         QWidget *modal = QApplication::activeModalWidget();
         if (!modal || modal == m_answered)
             return;
-        m_answered = modal;
+        m_answered = modal;                  // it may take a moment to close
+        std::function<bool(QWidget *)> next; // taken first: its act may open the next modal
         if (!m_expected.empty()) {
-            const auto next = std::move(m_expected.front());
+            next = std::move(m_expected.front());
             m_expected.pop_front();
-            if (next(modal))
-                return;
         }
+        if (next && next(modal))
+            return;
         m_unexpected << "unexpected: " + describe(modal);
         if (auto *dialog = qobject_cast<QDialog *>(modal))
             dialog->reject();
@@ -81,7 +80,7 @@ private:
     }
 
     QTimer m_poll;
-    QPointer<QWidget> m_answered; // acted on already; it may take a moment to close
+    QPointer<QWidget> m_answered;
     std::deque<std::function<bool(QWidget *)>> m_expected;
     QStringList m_unexpected;
 };
