@@ -2,10 +2,10 @@
 // at half and at full size, to show that the cost grows in proportion.
 //   bench_receive                      the four figures, each measured in a process of its own
 //   bench_receive receive|map SIZE     one figure: SIZE bytes of program, or SIZE entries
+#include "bench_support.h"
 #include "directory.h"
 #include "real_link.h"
 #include "transfer.h"
-#include "vcontrol_process.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -13,36 +13,13 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <cstdio>
-#include <sys/resource.h>
+#include <cstdlib>
 
 namespace {
 
 // The port lets characters out at the line's speed on a pseudo-terminal; at a fast line the
 // go-aheads cost no wire time, and what is measured is the program's own work.
-const QString kFastLine = QStringLiteral("COM1:4000000,N,8,1");
-
-qint64 statusKiB(const char *field) {
-    QFile f(QStringLiteral("/proc/self/status"));
-    if (!f.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray &line : f.readAll().split('\n'))
-        if (line.startsWith(field))
-            return line.mid(qstrlen(field)).trimmed().split(' ').value(0).toLongLong();
-    return -1;
-}
-
-double cpuSeconds() {
-    rusage u{};
-    getrusage(RUSAGE_SELF, &u);
-    return u.ru_utime.tv_sec + u.ru_stime.tv_sec + (u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1e6;
-}
-
-// From here on VmHWM is the peak of what follows.
-void resetPeak() {
-    QFile f(QStringLiteral("/proc/self/clear_refs"));
-    if (f.open(QIODevice::WriteOnly))
-        f.write("5");
-}
+const QString FastLine = QStringLiteral("COM1:4000000,N,8,1");
 
 // The window keeps one caption, not every one it was given.
 class BenchScreen : public OperatorScreen {
@@ -53,19 +30,14 @@ public:
 
 template <typename Run> void measure(Run run) {
     resetPeak();
-    const qint64 before = statusKiB("VmRSS:");
+    const qint64 before = statusKiB("VmRSS");
     const double cpu = cpuSeconds();
     QElapsedTimer t;
     t.start();
     const qint64 size = run();
     const double seconds = t.nsecsElapsed() / 1e9;
     std::printf("%lld %.3f %.3f %lld\n", static_cast<long long>(size), seconds, cpuSeconds() - cpu,
-                static_cast<long long>(statusKiB("VmHWM:") - before));
-}
-
-void startControl(VControlProcess &vc, const char *type, const QTemporaryDir &store) {
-    if (!vc.start({"--type", type, "--dir", store.path()}))
-        qFatal("%s", qPrintable(vc.errorString()));
+                static_cast<long long>(statusKiB("VmHWM") - before));
 }
 
 void receive(qint64 bytes) {
@@ -77,9 +49,10 @@ void receive(qint64 bytes) {
         f.write("N" + QByteArray::number(n) + " G1 X123.456 Y-78.901 Z0.5 F1200\r");
     f.close();
     VControlProcess vc;
-    startControl(vc, "303", store);
+    if (!startControl(vc, {"--type", "303", "--dir", store.path()}))
+        std::exit(1);
     RealLink r(vc.device(), 1, 1);
-    r.g.ComSettings = kFastLine;
+    r.g.ComSettings = FastLine;
     BenchScreen screen;
     screen.saveAnswers.push_back(out.filePath("got.tap"));
     Link link{r.g, r.comm, r.timer, r.yield, screen, r.dialog, r.state};
@@ -93,14 +66,14 @@ void receive(qint64 bytes) {
 void map(int entries) {
     QTemporaryDir store;
     for (int i = 0; i < entries; ++i) {
-        QFile f(store.filePath(QStringLiteral("PROGRAM%1.NC").arg(i, 6, 10, QLatin1Char('0'))));
-        if (!f.open(QIODevice::WriteOnly))
-            qFatal("cannot write a program");
+        writeFile(store.filePath(QStringLiteral("PROGRAM%1.NC").arg(i, 6, 10, QLatin1Char('0'))),
+                  {});
     }
     VControlProcess vc;
-    startControl(vc, "504", store);
+    if (!startControl(vc, {"--type", "504", "--dir", store.path()}))
+        std::exit(1);
     RealLink r(vc.device(), 2, 1);
-    r.g.ComSettings = kFastLine;
+    r.g.ComSettings = FastLine;
     BenchScreen screen;
     Link link{r.g, r.comm, r.timer, r.yield, screen, r.dialog, r.state};
     measure([&] {
@@ -125,10 +98,7 @@ void row(const char *what, const QString &mode, qint64 size) {
 
 int main(int argc, char **argv) {
     QCoreApplication app(argc, argv);
-#ifdef DNC_VCONTROL_PATH
-    if (qEnvironmentVariableIsEmpty("DNC_VCONTROL"))
-        qputenv("DNC_VCONTROL", DNC_VCONTROL_PATH);
-#endif
+    useBuiltVControl();
     const QStringList args = app.arguments();
     if (args.size() == 3) {
         const qint64 size = args[2].toLongLong();

@@ -5,24 +5,20 @@
 //   2. CPU used while a wait runs through 5 seconds of silence;
 //   3. a 1 MB program on "XonXoff" against a control that drains 20 000 characters a second:
 //      complete and byte for byte, overruns, the most sent after an X-off, peak memory.
+#include "bench_support.h"
 #include "event_loop_yield.h"
 #include "qt_link_timer.h"
 #include "serial_comm.h"
 #include "transfer.h"
-#include "vcontrol_process.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -67,15 +63,8 @@ struct Sender {
     }
 };
 
-double CpuSeconds() {
-    rusage u{};
-    getrusage(RUSAGE_SELF, &u);
-    return double(u.ru_utime.tv_sec + u.ru_stime.tv_sec) +
-           double(u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1e6;
-}
-
 // A program of `lines` lines, or of at least `bytes` bytes, CR LF line ends.
-QByteArray Program(int lines, qint64 bytes = 0) {
+QByteArray numberedProgram(int lines, qint64 bytes = 0) {
     QByteArray p;
     for (int i = 1; i <= lines || p.size() < bytes; ++i)
         p += QStringLiteral("N%1 G01 X%2.%3 Y-12.5 F300\r\n")
@@ -86,23 +75,8 @@ QByteArray Program(int lines, qint64 bytes = 0) {
     return p;
 }
 
-QString WriteFile(const QTemporaryDir &dir, const QString &name, const QByteArray &bytes) {
-    const QString path = dir.filePath(name);
-    QFile f(path);
-    if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size())
-        qFatal("cannot write %s", qPrintable(path));
-    return path;
-}
-
-bool Start(VControlProcess &vc, const QStringList &args) {
-    if (vc.start(args))
-        return true;
-    std::fprintf(stderr, "vcontrol: %s\n", qPrintable(vc.errorString()));
-    return false;
-}
-
 // What a plain program would do: write, then block in read until the go-ahead.
-bool ReadGoAhead(int fd) {
+bool readGoAhead(int fd) {
     QByteArray got;
     char buf[256];
     for (;;) {
@@ -121,7 +95,7 @@ struct Rate {
     double cpuUsPerLine = -1; // of this process
 };
 
-Rate BlockingLoop(const QString &device, const QList<QByteArray> &lines) {
+Rate blockingLoop(const QString &device, const QList<QByteArray> &lines) {
     const int fd = ::open(qPrintable(device), O_RDWR | O_NOCTTY);
     if (fd < 0)
         return {};
@@ -131,38 +105,38 @@ Rate BlockingLoop(const QString &device, const QList<QByteArray> &lines) {
     tcsetattr(fd, TCSANOW, &t);
     QElapsedTimer clock;
     clock.start();
-    const double cpu0 = CpuSeconds();
-    bool ok = ::write(fd, "R\r", 2) == 2 && ReadGoAhead(fd);
+    const double cpu0 = cpuSeconds();
+    bool ok = ::write(fd, "R\r", 2) == 2 && readGoAhead(fd);
     for (const QByteArray &line : lines) {
         const QByteArray out = line + '\r';
-        ok = ok && ::write(fd, out.data(), out.size()) == out.size() && ReadGoAhead(fd);
+        ok = ok && ::write(fd, out.data(), out.size()) == out.size() && readGoAhead(fd);
     }
     ok = ok && ::write(fd, "\x04\r", 2) == 2 && tcdrain(fd) == 0;
     const double s = double(clock.nsecsElapsed()) / 1e9;
-    const double cpu = CpuSeconds() - cpu0;
+    const double cpu = cpuSeconds() - cpu0;
     ::close(fd);
     if (!ok)
         return {};
     return {double(lines.size()) / s, cpu * 1e6 / double(lines.size())};
 }
 
-Rate SendDataRate(const QString &device, const QString &path, int n) {
+Rate sendDataRate(const QString &device, const QString &path, int n) {
     Sender s(device, 1);
     // Like the blocking loop, no line speed: what is measured is the program's own overhead.
     s.comm.setPacePseudoTerminal(false);
     QElapsedTimer clock;
     clock.start();
-    const double cpu0 = CpuSeconds();
+    const double cpu0 = cpuSeconds();
     SendData(s.link, path);
     const double secs = double(clock.nsecsElapsed()) / 1e9;
-    const double cpu = CpuSeconds() - cpu0;
+    const double cpu = cpuSeconds() - cpu0;
     return s.screen.boxes == 0 ? Rate{n / secs, cpu * 1e6 / n} : Rate{};
 }
 
-void Turnaround(const QTemporaryDir &dir) {
+void turnaround(const QTemporaryDir &dir) {
     const int n = 20000, rounds = 3;
-    const QByteArray program = Program(n);
-    const QString path = WriteFile(dir, QStringLiteral("turn.tap"), program);
+    const QByteArray program = numberedProgram(n);
+    const QString path = writeFile(dir.filePath(QStringLiteral("turn.tap")), program);
     const QByteArray wire = "R\r" + QByteArray(program).replace("\r\n", "\r") + "\x04\r";
     QList<QByteArray> lines = program.split('\n');
     lines.removeLast();
@@ -170,17 +144,17 @@ void Turnaround(const QTemporaryDir &dir) {
         l.chop(1); // the CR
 
     VControlProcess vc, plain;
-    if (!Start(vc, {"--type", "303"}) || !Start(plain, {"--type", "303"}))
+    if (!startControl(vc, {"--type", "303"}) || !startControl(plain, {"--type", "303"}))
         return;
     std::printf("1. Line turnaround, %d lines to the control \"303\" answering at once, "
                 "%d rounds taken in turn\n",
                 n, rounds);
     double best = 0, bestPlain = 0;
     for (int r = 1; r <= rounds; ++r) {
-        const Rate send = SendDataRate(vc.device(), path, n);
+        const Rate send = sendDataRate(vc.device(), path, n);
         vc.waitUntil([&] { return vc.rx().size() >= r * wire.size(); }, 10000);
         const bool complete = vc.rx() == wire.repeated(r);
-        const Rate loop = BlockingLoop(plain.device(), lines);
+        const Rate loop = blockingLoop(plain.device(), lines);
         std::printf("   round %d: SendData %7.0f lines/s (%5.1f us CPU a line, %s), "
                     "blocking loop %7.0f lines/s (%5.1f us CPU a line), ratio %.2f\n",
                     r, send.linesPerS, send.cpuUsPerLine,
@@ -193,17 +167,17 @@ void Turnaround(const QTemporaryDir &dir) {
                 best, bestPlain, best / bestPlain);
 }
 
-void SilentWait(const QTemporaryDir &dir) {
-    const QString path = WriteFile(dir, QStringLiteral("one.tap"), "G1 X1\r\n");
+void silentWait(const QTemporaryDir &dir) {
+    const QString path = writeFile(dir.filePath(QStringLiteral("one.tap")), "G1 X1\r\n");
     VControlProcess vc;
-    if (!Start(vc, {"--type", "303", "--silent"}))
+    if (!startControl(vc, {"--type", "303", "--silent"}))
         return;
     Sender s(vc.device(), 1);
     QElapsedTimer clock;
     clock.start();
-    const double cpu0 = CpuSeconds();
+    const double cpu0 = cpuSeconds();
     SendData(s.link, path); // "R" CR, then 5 s without an answer
-    const double cpu = CpuSeconds() - cpu0;
+    const double cpu = cpuSeconds() - cpu0;
     const double wall = double(clock.nsecsElapsed()) / 1e9;
     std::printf("2. A wait through silence (time-out at 5000 ms, %d message box)\n",
                 s.screen.boxes);
@@ -218,38 +192,26 @@ struct StreamResult {
     double seconds = 0;
 };
 
-long StatusKb(const char *field) {
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    const auto m = QRegularExpression(QStringLiteral("%1:\\s+(\\d+)").arg(field))
-                       .match(QString::fromLatin1(status.readAll()));
-    return m.hasMatch() ? m.captured(1).toLong() : -1;
-}
-
 // Sends `program` on "XonXoff" at `baud`; the port lets it out at that line speed.
-StreamResult Stream(const QTemporaryDir &dir, const QByteArray &program, const QStringList &args,
+StreamResult stream(const QTemporaryDir &dir, const QByteArray &program, const QStringList &args,
                     int baud) {
     StreamResult r;
-    const QString path = WriteFile(dir, QStringLiteral("big.LCC"), program);
+    const QString path = writeFile(dir.filePath(QStringLiteral("big.LCC")), program);
     QTemporaryDir store;
     VControlProcess vc;
-    if (!Start(vc, QStringList{"--type", "XonXoff", "--dir", store.path()} + args))
+    if (!startControl(vc, QStringList{"--type", "XonXoff", "--dir", store.path()} + args))
         return r;
     {
         Sender s(vc.device(), 3);
         s.g.ComSettings = QStringLiteral("COM1:%1,N,8,1").arg(baud);
         // The peak is measured from here: reset it (Linux), note where it starts.
-        QFile clear(QStringLiteral("/proc/self/clear_refs"));
-        if (clear.open(QIODevice::WriteOnly))
-            clear.write("5");
-        clear.close();
-        r.rssKb = StatusKb("VmRSS");
+        resetPeak();
+        r.rssKb = statusKiB("VmRSS");
         QElapsedTimer clock;
         clock.start();
         SendData(s.link, path);
         r.seconds = double(clock.nsecsElapsed()) / 1e9;
-        r.hwmKb = StatusKb("VmHWM"); // before the log of the run is read into this process
+        r.hwmKb = statusKiB("VmHWM"); // before the log of the run is read into this process
     }
     vc.waitForEvent(QStringLiteral("STORED"), 1, 120000);
     vc.stop();
@@ -263,8 +225,8 @@ StreamResult Stream(const QTemporaryDir &dir, const QByteArray &program, const Q
     return r;
 }
 
-void Paced(const QTemporaryDir &dir) {
-    const QByteArray mb = Program(0, 1 << 20);
+void paced(const QTemporaryDir &dir) {
+    const QByteArray mb = numberedProgram(0, 1 << 20);
     const QStringList control{"--buffer", "4096", "--xoff-at", "3072",
                               "--xon-at", "1024", "--rate",    "20000"};
     std::printf("3. \"XonXoff\", %lld bytes, control buffer 4096, X-off at 3072, X-on at 1024, "
@@ -272,16 +234,16 @@ void Paced(const QTemporaryDir &dir) {
                 "of %d)\n",
                 qint64(mb.size()), int(mb.indexOf('\n') + 1));
     {
-        const StreamResult r = Stream(dir, mb, control, 230400);
+        const StreamResult r = stream(dir, mb, control, 230400);
         std::printf("   at 230 400 baud (23 040 characters/s, above the drain rate):\n");
         std::printf("     %.1f s, %s; control: %s; peak memory %ld kB from %ld kB\n", r.seconds,
                     r.complete ? "arrived complete, byte for byte" : "NOT COMPLETE",
                     qPrintable(r.summary), r.hwmKb, r.rssKb);
     }
     // Four times the program, drained fast: the peak must not follow the size of the file.
-    const QByteArray big = Program(0, 4 << 20);
+    const QByteArray big = numberedProgram(0, 4 << 20);
     const StreamResult four =
-        Stream(dir, big, {"--buffer", QString::number(1 << 20), "--rate", "10000000"}, 4000000);
+        stream(dir, big, {"--buffer", QString::number(1 << 20), "--rate", "10000000"}, 4000000);
     std::printf("   %lld bytes drained fast: %.1f s, %s; peak memory %ld kB from %ld kB\n",
                 qint64(big.size()), four.seconds,
                 four.complete ? "arrived complete" : "NOT COMPLETE", four.hwmKb, four.rssKb);
@@ -291,19 +253,16 @@ void Paced(const QTemporaryDir &dir) {
 
 int main(int argc, char **argv) {
     QCoreApplication app(argc, argv);
-#ifdef DNC_VCONTROL_PATH
-    if (qEnvironmentVariableIsEmpty("DNC_VCONTROL"))
-        qputenv("DNC_VCONTROL", DNC_VCONTROL_PATH);
-#endif
+    useBuiltVControl();
     // Parts by number ("bench_send 1 3"); all of them without arguments.
     const QStringList parts = app.arguments().mid(1);
     const auto wanted = [&](const char *n) { return parts.isEmpty() || parts.contains(n); };
     QTemporaryDir dir;
     if (wanted("1"))
-        Turnaround(dir);
+        turnaround(dir);
     if (wanted("2"))
-        SilentWait(dir);
+        silentWait(dir);
     if (wanted("3"))
-        Paced(dir);
+        paced(dir);
     return 0;
 }

@@ -25,11 +25,10 @@
 
 DncWindow::DncWindow(Globals &g, OperationState &state, Comm &comm, LinkTimer &timer, Yield &yield,
                      const QString &commandLine, QWidget *parent)
-    : QWidget(parent), m_g(g), m_state(state), m_timer(timer), m_comm(comm), m_yield(yield) {
+    : QWidget(parent), m_g(g), m_state(state), m_timer(timer) {
     createControls();
     m_screen = std::make_unique<WindowScreen>(this, Label1, Text1, List1);
-    m_link =
-        std::make_unique<Link>(Link{m_g, m_comm, m_timer, m_yield, *m_screen, m_dialog, m_state});
+    m_link = std::make_unique<Link>(Link{m_g, comm, m_timer, yield, *m_screen, m_dialog, m_state});
     Form_Load(commandLine);
 }
 

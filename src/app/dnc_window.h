@@ -41,7 +41,6 @@ public:
     // What the setup dialog offers as the port's device.
     void setSerialDeviceScan(SerialDeviceScan scan) { m_deviceScan = std::move(scan); }
 
-    const OperationState &operationState() const { return m_state; }
     Screen &screen();
 
 protected:
@@ -63,7 +62,5 @@ private:
     CmDialog m_dialog;
     std::unique_ptr<ToolListUpdater> m_toolList;
     std::unique_ptr<Link> m_link;
-    Comm &m_comm;
-    Yield &m_yield;
     SerialDeviceScan m_deviceScan;
 };

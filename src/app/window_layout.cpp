@@ -12,15 +12,15 @@ namespace {
 struct Place {
     int left, top, width, height;
 };
-constexpr Place kCommand1[8] = {
+constexpr Place Command1Places[8] = {
     {0, 0, 1335, 375},   {1320, 0, 1335, 375},   {2640, 0, 1335, 375},   {3960, 0, 1335, 375},
     {0, 360, 1335, 375}, {1320, 360, 1335, 375}, {2640, 360, 1335, 375}, {3960, 360, 1335, 375}};
-constexpr Place kCommand2{5280, 0, 1335, 735};
-constexpr Place kText1{120, 960, 6375, 2895};
-constexpr Place kList1{120, 960, 6375, 2790};
-constexpr Place kLabel1{120, 2400, 6375, 375};
-constexpr int kClientWidth = 6615;
-constexpr int kClientHeight = 4365;
+constexpr Place Command2Place{5280, 0, 1335, 735};
+constexpr Place Text1Place{120, 960, 6375, 2895};
+constexpr Place List1Place{120, 960, 6375, 2790};
+constexpr Place Label1Place{120, 2400, 6375, 375};
+constexpr int ClientWidth = 6615;
+constexpr int ClientHeight = 4365;
 } // namespace
 
 void DncWindow::createControls() {
@@ -35,7 +35,7 @@ void DncWindow::createControls() {
     setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                    Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
                    Qt::WindowCloseButtonHint);
-    setFixedSize(px(kClientWidth), px(kClientHeight));
+    setFixedSize(px(ClientWidth), px(ClientHeight));
 
     // Created bottom first, so that the stacking is DBGrid1 over List1 over Text1.
     Text1 = new QPlainTextEdit(this);
@@ -44,13 +44,13 @@ void DncWindow::createControls() {
     Text1->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     Text1->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     Text1->setReadOnly(true);
-    place(Text1, kText1);
+    place(Text1, Text1Place);
     Text1->hide();
 
     List1 = new QListWidget(this);
     List1->setObjectName(QStringLiteral("List1"));
     List1->setSelectionMode(QAbstractItemView::SingleSelection);
-    place(List1, kList1);
+    place(List1, List1Place);
     List1->hide();
 
     Label1 = new QLabel(this);
@@ -61,19 +61,19 @@ void DncWindow::createControls() {
     pal.setColor(QPalette::Window, QColor(0, 255, 0));
     pal.setColor(QPalette::WindowText, Qt::black);
     Label1->setPalette(pal);
-    place(Label1, kLabel1);
+    place(Label1, Label1Place);
     Label1->hide();
 
     for (int i = 0; i < 8; ++i) {
         Command1[i] = new QPushButton(this);
         Command1[i]->setObjectName(QStringLiteral("Command1_%1").arg(i));
-        place(Command1[i], kCommand1[i]);
+        place(Command1[i], Command1Places[i]);
         Command1[i]->setEnabled(i == 7);
         connect(Command1[i], &QPushButton::clicked, this, [this, i] { Command1_Click(i); });
     }
     Command2 = new QPushButton(this);
     Command2->setObjectName(QStringLiteral("Command2"));
-    place(Command2, kCommand2);
+    place(Command2, Command2Place);
     connect(Command2, &QPushButton::clicked, this, &DncWindow::Command2_Click);
 
     // The running text shows over whatever lies in the area beneath it.

@@ -2,7 +2,6 @@
 
 #include "number_text.h"
 
-#include <QBuffer>
 #include <QFileDevice>
 #include <algorithm>
 
@@ -91,12 +90,4 @@ ToolScan scanToolLines(QIODevice &file, const std::array<QString, 11> &LimitStri
         device && device->error() != QFileDevice::NoError)
         scan.failure = device->errorString();
     return scan;
-}
-
-ToolScan scanToolLines(const QByteArray &content, const std::array<QString, 11> &LimitStrings,
-                       qint16 LimitCount) {
-    QByteArray copy = content;
-    QBuffer buffer(&copy);
-    buffer.open(QIODevice::ReadOnly);
-    return scanToolLines(buffer, LimitStrings, LimitCount);
 }

@@ -19,5 +19,3 @@ struct ToolScan {
 // holds "%", and no further. LimitStrings 1..LimitCount cut the names, first listed first.
 ToolScan scanToolLines(QIODevice &file, const std::array<QString, 11> &LimitStrings,
                        qint16 LimitCount);
-ToolScan scanToolLines(const QByteArray &content, const std::array<QString, 11> &LimitStrings,
-                       qint16 LimitCount);

@@ -9,30 +9,17 @@
 #include "tool_grid.h"
 #include "tool_list_model.h"
 #include "vcontrol_process.h"
+#include "window_guard.h"
 
-#include <QTest>
 #include <QtWidgets>
 
-// Acts on the modal dialog of type T as soon as the window opens one.
-template <class T> void whenModal(std::function<void(T *)> act) {
-    auto *poll = new QTimer;
-    QObject::connect(poll, &QTimer::timeout, [poll, act] {
-        if (auto *modal = qobject_cast<T *>(QApplication::activeModalWidget())) {
-            poll->stop();
-            poll->deleteLater();
-            act(modal);
-        }
-    });
-    poll->start(10);
-}
-
-class TestWindowVControl : public QObject {
+class TstWindowVControl : public QObject {
     Q_OBJECT
 private slots:
     void sendByQuickChoiceCountsToolsAndReceiveSaves();
 };
 
-void TestWindowVControl::sendByQuickChoiceCountsToolsAndReceiveSaves() {
+void TstWindowVControl::sendByQuickChoiceCountsToolsAndReceiveSaves() {
     ToolDbFixture db;
     const QString folder = QFileInfo(db.path()).absolutePath();
     const QByteArray program = "(PART)\r\n/T4 DRILL 8.5\r\n%\r\nN10 G0 X0\r\nN20 M30\r\n";
@@ -62,9 +49,10 @@ void TestWindowVControl::sendByQuickChoiceCountsToolsAndReceiveSaves() {
     QDir::setCurrent(folder);
     DncWindow w(g, state, comm, timer, yield, QStringLiteral("-b -d tools.db"));
     w.show();
+    WindowGuard guard; // checked before the window goes
 
     // Send: the quick choice finds PART.tap without a dialog.
-    whenModal<QInputDialog>([](QInputDialog *box) {
+    guard.expect<QInputDialog>([](QInputDialog *box) {
         box->setTextValue(QStringLiteral("PART"));
         box->accept();
     });
@@ -73,12 +61,11 @@ void TestWindowVControl::sendByQuickChoiceCountsToolsAndReceiveSaves() {
     QCOMPARE(vc.rx(), "R\r" + QByteArray(program).replace("\r\n", "\r") + "\x04\r");
     QVERIFY(!comm.portOpen());
     QVERIFY(!w.Label1->isVisible());
-    QCOMPARE(QApplication::overrideCursor(), nullptr);
     QCOMPARE(w.DBGrid1->toolModel()->index(0, 0).data().toString(), QStringLiteral("drill 8.5"));
 
     // Receive: the control sends its program, the window shows it and saves it.
     const QString saved = folder + QStringLiteral("/GOT.tap");
-    whenModal<QFileDialog>([&](QFileDialog *dialog) {
+    guard.expect<QFileDialog>([&](QFileDialog *dialog) {
         dialog->selectFile(saved);
         static_cast<QDialog *>(dialog)->accept();
     });
@@ -90,5 +77,5 @@ void TestWindowVControl::sendByQuickChoiceCountsToolsAndReceiveSaves() {
     QVERIFY(!comm.portOpen());
 }
 
-QTEST_MAIN(TestWindowVControl)
+QTEST_MAIN(TstWindowVControl)
 #include "tst_window_vcontrol.moc"

@@ -2,6 +2,7 @@
 #include "pty_pair.h"
 #include "serial_comm.h"
 #include "serial_devices.h"
+#include "wire_chars.h"
 
 #include <QtTest>
 #include <optional>
@@ -21,9 +22,7 @@
 
 namespace {
 
-const QByteArray GoAhead("\x10\x37");
-
-template <typename F> std::optional<CommError> Thrown(F f) {
+template <typename F> std::optional<CommError> thrown(F f) {
     try {
         f();
     } catch (const CommError &e) {
@@ -118,7 +117,7 @@ private:
     QString m_user;
 };
 
-QByteArray Pattern(qsizetype n) {
+QByteArray pattern(qsizetype n) {
     QByteArray b(n, Qt::Uninitialized);
     for (qsizetype i = 0; i < n; ++i)
         b[i] = char((i * 7 + i / 251) & 0xff);
@@ -151,7 +150,7 @@ private slots:
         QFETCH(QString, why);
         SerialComm comm;
         comm.setCommPort(2);
-        const auto e = Thrown([&] { comm.setSettings(text); });
+        const auto e = thrown([&] { comm.setSettings(text); });
         QCOMPARE(bool(e), !why.isEmpty());
         if (e) {
             QCOMPARE(e->device, QStringLiteral("COM2: (/dev/ttyS1)"));
@@ -178,7 +177,7 @@ private slots:
         SerialComm comm(pty.slavePath());
         comm.setSettings(QStringLiteral("4000000,N,8,1"));
         comm.setPortOpen(true);
-        const QByteArray data = Pattern(256 * 1024);
+        const QByteArray data = pattern(256 * 1024);
         QByteArray got;
         int most = 0; // in flight as the program sees it, also while Output waits
         QTimer farEnd;
@@ -224,13 +223,13 @@ private slots:
             comm.setPortOpen(true);
             comm.output("R\r");
             QCOMPARE(pty.receiveCount(2, 2000), QByteArray("R\r"));
-            QVERIFY(pty.send(GoAhead));
+            QVERIFY(pty.send(PromptSeq));
             QTRY_COMPARE(comm.inBufferCount(), 2);
-            QCOMPARE(comm.input(), GoAhead);
+            QCOMPARE(comm.input(), PromptSeq);
             comm.setPortOpen(false);
         }
         comm.setDevice(QStringLiteral("/dev/dnc-test-no-such-port"));
-        QVERIFY(Thrown([&] { comm.setPortOpen(true); }));
+        QVERIFY(thrown([&] { comm.setPortOpen(true); }));
         qunsetenv("DNC_TRACE");
         QFile f(trace);
         QCOMPARE(f.open(QIODevice::ReadOnly), writable);
@@ -362,7 +361,7 @@ private slots:
                 QSKIP(qPrintable("cannot drop root's rights to open as an operator: " +
                                  operatorRights.why()));
             user = operatorRights.user();
-            e = Thrown([&] { comm.setPortOpen(true); });
+            e = thrown([&] { comm.setPortOpen(true); });
         }
         QVERIFY(e && !comm.portOpen());
         QCOMPARE(e->device, QStringLiteral("COM3: (%1)").arg(path));
@@ -386,7 +385,7 @@ private slots:
         QTimer::singleShot(100, this, [&] { pty.closeMaster(); });
         QElapsedTimer clock;
         clock.start();
-        const auto fault = Thrown([&] {
+        const auto fault = thrown([&] {
             if (writing)
                 comm.output(QByteArray(256 * 1024, 'N'));   // minutes of work at 9600 baud
             for (; clock.elapsed() < 3000; QTest::qWait(5)) // as a wait does

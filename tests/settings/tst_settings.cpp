@@ -2,6 +2,7 @@
 #include "ini_file.h"
 #include "port_devices.h"
 #include "profile.h"
+#include "rows.h"
 #include "setup_form.h"
 
 #include <QTest>
@@ -9,7 +10,7 @@
 #include <csignal>
 #include <sys/resource.h>
 
-class TestSettings : public QObject {
+class TstSettings : public QObject {
     Q_OBJECT
 private slots:
     void getProfile_data();
@@ -26,7 +27,7 @@ private slots:
 };
 
 // Key "Port" of section "Default" throughout.
-void TestSettings::getProfile_data() {
+void TstSettings::getProfile_data() {
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<QString>("value");
     QByteArray noise; // every byte value, scrambled
@@ -34,26 +35,22 @@ void TestSettings::getProfile_data() {
         noise += char((i * 2654435761u) >> 24);
     const QByteArray longLine(100000, 'x');
 
-    QTest::newRow("names ignore case") << QByteArray("[default]\nPORT=COM1:\n") << "COM1:";
-    QTest::newRow("blanks around") << QByteArray(" [ Default ] \n\t Port  = C 1 \t\n") << "C 1";
-    QTest::newRow("equals sign in the value") << QByteArray("[Default]\nPort=/a=b=\n") << "/a=b=";
-    QTest::newRow("first of duplicate keys") << QByteArray("[Default]\nPort=1\nPORT=2\n") << "1";
-    QTest::newRow("repeated section")
-        << QByteArray("[Default]\n[B]\nPort=1\n[DEFAULT]\nPort=2") << "2";
-    QTest::newRow("names are whole")
-        << QByteArray("[Default2]\nPort=1\n[Default]\nPortX=2\nPor=3") << "";
-    QTest::newRow("no sections") << QByteArray("Port=COM1:\nBaud=9600\n") << "";
-    QTest::newRow("cut to 254 characters")
-        << "[Default]\nPort=" + QString(300, u'\u00e9').toUtf8() << QString(254, u'\u00e9');
-    QTest::newRow("random bytes, then a section")
-        << noise + QByteArray("\n[Default]\nPort=2") << "2";
-    QTest::newRow("NUL in a value")
-        << QByteArray("[Default]\nPort=C\0M\n", 19) << QString::fromUtf8("C\0M", 3);
-    QTest::newRow("line and value of 100 000 characters")
-        << "[Default]\n" + longLine + "\nPort=" + longLine << QString(254, u'x');
+    row("names ignore case", QByteArray("[default]\nPORT=COM1:\n"), "COM1:");
+    row("blanks around", QByteArray(" [ Default ] \n\t Port  = C 1 \t\n"), "C 1");
+    row("equals sign in the value", QByteArray("[Default]\nPort=/a=b=\n"), "/a=b=");
+    row("first of duplicate keys", QByteArray("[Default]\nPort=1\nPORT=2\n"), "1");
+    row("repeated section", QByteArray("[Default]\n[B]\nPort=1\n[DEFAULT]\nPort=2"), "2");
+    row("names are whole", QByteArray("[Default2]\nPort=1\n[Default]\nPortX=2\nPor=3"), "");
+    row("no sections", QByteArray("Port=COM1:\nBaud=9600\n"), "");
+    row("cut to 254 characters", "[Default]\nPort=" + QString(300, u'\u00e9').toUtf8(),
+        QString(254, u'\u00e9'));
+    row("random bytes, then a section", noise + QByteArray("\n[Default]\nPort=2"), "2");
+    row("NUL in a value", QByteArray("[Default]\nPort=C\0M\n", 19), QString::fromUtf8("C\0M", 3));
+    row("line and value of 100 000 characters", "[Default]\n" + longLine + "\nPort=" + longLine,
+        QString(254, u'x'));
 }
 
-void TestSettings::getProfile() {
+void TstSettings::getProfile() {
     QFETCH(QByteArray, file);
     QFETCH(QString, value);
     IniFile ini;
@@ -66,35 +63,32 @@ void TestSettings::getProfile() {
 }
 
 // Key "Baud" of section "Default" throughout; an empty `before` is no file at all.
-void TestSettings::putProfile_data() {
+void TstSettings::putProfile_data() {
     QTest::addColumn<QByteArray>("before");
     QTest::addColumn<QString>("value");
     QTest::addColumn<QByteArray>("after");
     const QByteArray junk("\xff\xfe\x01\x00 not \x80 UTF-8\n", 17);
     const QString longDir = QStringLiteral("/op\u00e9rateur/a=b/") + QString(300, u'd');
 
-    QTest::newRow("new file and folder")
-        << QByteArray() << "300" << QByteArray("[Default]\nBaud=300\n");
-    QTest::newRow("in place, first of two, spelling and other lines kept")
-        << QByteArray("; shop\n\n[B]\nBaud=1\n\n[default]\n  BAUD = 1 \njunk\nBaud=2\n") << "300"
-        << QByteArray("; shop\n\n[B]\nBaud=1\n\n[default]\nBAUD=300\njunk\nBaud=2\n");
-    QTest::newRow("at the end of its section") << QByteArray("[Default]\nA=1\n\n[B]\n") << "3"
-                                               << QByteArray("[Default]\nA=1\nBaud=3\n\n[B]\n");
-    QTest::newRow("in an empty last section")
-        << QByteArray("[B]\n[Default]") << "3" << QByteArray("[B]\n[Default]\nBaud=3\n");
-    QTest::newRow("new section behind the others, CR LF")
-        << QByteArray("[B]\r\nX=1") << "3"
-        << QByteArray("[B]\r\nX=1\r\n\r\n[Default]\r\nBaud=3\r\n");
-    QTest::newRow("CR LF kept; a value ends at a line break")
-        << QByteArray("[Default]\r\nBaud=1\r\n") << "3\n[Evil]"
-        << QByteArray("[Default]\r\nBaud=3\r\n");
-    QTest::newRow("lines that are not UTF-8 kept")
-        << junk + "[Default]\nBaud=1\n" + junk << "3" << junk + "[Default]\nBaud=3\n" + junk;
-    QTest::newRow("accents, the whole long value")
-        << QByteArray() << longDir << "[Default]\nBaud=" + longDir.toUtf8() + "\n";
+    row("new file and folder", QByteArray(), "300", QByteArray("[Default]\nBaud=300\n"));
+    row("in place, first of two, spelling and other lines kept",
+        QByteArray("; shop\n\n[B]\nBaud=1\n\n[default]\n  BAUD = 1 \njunk\nBaud=2\n"), "300",
+        QByteArray("; shop\n\n[B]\nBaud=1\n\n[default]\nBAUD=300\njunk\nBaud=2\n"));
+    row("at the end of its section", QByteArray("[Default]\nA=1\n\n[B]\n"), "3",
+        QByteArray("[Default]\nA=1\nBaud=3\n\n[B]\n"));
+    row("in an empty last section", QByteArray("[B]\n[Default]"), "3",
+        QByteArray("[B]\n[Default]\nBaud=3\n"));
+    row("new section behind the others, CR LF", QByteArray("[B]\r\nX=1"), "3",
+        QByteArray("[B]\r\nX=1\r\n\r\n[Default]\r\nBaud=3\r\n"));
+    row("CR LF kept; a value ends at a line break", QByteArray("[Default]\r\nBaud=1\r\n"),
+        "3\n[Evil]", QByteArray("[Default]\r\nBaud=3\r\n"));
+    row("lines that are not UTF-8 kept", junk + "[Default]\nBaud=1\n" + junk, "3",
+        junk + "[Default]\nBaud=3\n" + junk);
+    row("accents, the whole long value", QByteArray(), longDir,
+        "[Default]\nBaud=" + longDir.toUtf8() + "\n");
 }
 
-void TestSettings::putProfile() {
+void TstSettings::putProfile() {
     QFETCH(QByteArray, before);
     QFETCH(QString, value);
     QFETCH(QByteArray, after);
@@ -106,7 +100,7 @@ void TestSettings::putProfile() {
 }
 
 // Root may write anywhere, but not beyond the file size limit.
-void TestSettings::failedWriteLeavesTheOldFile() {
+void TstSettings::failedWriteLeavesTheOldFile() {
     IniFile ini;
     const QByteArray old = "[Default]\nPort=COM1:\n" + QByteArray(4000, ';') + "\n";
     ini.write(old);
@@ -123,7 +117,7 @@ void TestSettings::failedWriteLeavesTheOldFile() {
              QStringList{"dnc.ini"}); // no temporary file left behind
 }
 
-void TestSettings::defaultPath() {
+void TstSettings::defaultPath() {
     const QByteArray saved = qgetenv("XDG_CONFIG_HOME");
     qputenv("XDG_CONFIG_HOME", "/srv/cfg");
     const QString absolute = defaultIniPath();
@@ -143,14 +137,14 @@ const QString Full = QStringLiteral("COM3:4800,O,7,2");
 
 void readRow(const char *name, const QStringList &edits, int cnc, int waitXon, int noSpace,
              const QString &com = Full, const QByteArray &file = Section) {
-    QTest::newRow(name) << file << edits << com << cnc << waitXon << noSpace;
+    row(name, file, edits, com, cnc, waitXon, noSpace);
 }
 
 } // namespace
 
 // Each row edits the section (an empty value reads as a missing key) and reads it over
 // settings left by an earlier read.
-void TestSettings::readSettings_data() {
+void TstSettings::readSettings_data() {
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<QStringList>("edits");
     QTest::addColumn<QString>("com");
@@ -179,7 +173,7 @@ void TestSettings::readSettings_data() {
             100);
 }
 
-void TestSettings::readSettings() {
+void TstSettings::readSettings() {
     QFETCH(QByteArray, file);
     QFETCH(QStringList, edits);
     QFETCH(QString, com);
@@ -197,7 +191,7 @@ void TestSettings::readSettings() {
     QTEST(int(ini.g.NoSpace), "noSpace");
 }
 
-void TestSettings::absentSectionReadsAsNoFile() {
+void TstSettings::absentSectionReadsAsNoFile() {
     IniFile ini;
     ini.write(Section);
     GetParameter(ini.g, "-s Shop");
@@ -214,7 +208,7 @@ void TestSettings::absentSectionReadsAsNoFile() {
 
 // COM2:'s device: DNC_COM2 (null: unset), then [Ports], shared by every configuration, then
 // /dev/ttyS1.
-void TestSettings::portDevice_data() {
+void TstSettings::portDevice_data() {
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<QString>("env");
     QTest::addColumn<QString>("device");
@@ -237,7 +231,7 @@ void TestSettings::portDevice_data() {
     row("empty environment counts as unset", ports, "", byId);
 }
 
-void TestSettings::portDevice() {
+void TstSettings::portDevice() {
     QFETCH(QByteArray, file);
     QFETCH(QString, env);
     IniFile ini;
@@ -259,5 +253,5 @@ void TestSettings::portDevice() {
     QCOMPARE(other, QStringLiteral("/dev/ttyS3"));
 }
 
-QTEST_GUILESS_MAIN(TestSettings)
+QTEST_GUILESS_MAIN(TstSettings)
 #include "tst_settings.moc"

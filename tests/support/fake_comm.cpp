@@ -12,10 +12,23 @@ void FakeComm::check() const {
         throw *deviceError;
 }
 
+void FakeComm::step(const char *member) {
+    ++calls;
+    if (!deviceError && (calls == faultAt || faultIn == QLatin1String(member)))
+        deviceError = fault;
+    check();
+}
+
+void FakeComm::setSettings(const QString &s) {
+    step("setSettings");
+    settings = s;
+}
+
 void FakeComm::setPortOpen(bool o) {
     if (o == open)
         return;
     if (o) {
+        step("open");
         if (openError)
             throw *openError;
         ++opens;
@@ -27,7 +40,7 @@ void FakeComm::setPortOpen(bool o) {
 }
 
 void FakeComm::output(const QByteArray &bytes) {
-    check();
+    step("output");
     if (!open)
         throw CommError{QStringLiteral("fake"), QStringLiteral("write to a closed port")};
     writes << bytes;
@@ -37,19 +50,19 @@ void FakeComm::output(const QByteArray &bytes) {
 }
 
 int FakeComm::outBufferCount() {
-    check();
+    step("outBufferCount");
     const int now = queued;
     queued = qMax(0, queued - drainPerPoll);
     return now;
 }
 
 int FakeComm::inBufferCount() {
-    check();
+    step("inBufferCount");
     return int(inbox.size());
 }
 
 QByteArray FakeComm::input() {
-    check();
+    step("input");
     QByteArray all = inbox;
     inbox.clear();
     return all;

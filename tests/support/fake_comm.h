@@ -36,8 +36,17 @@ public:
     std::optional<CommError> openError;
     std::optional<CommError> deviceError;
 
+    // A fault at a chosen step: the `faultAt`-th call (from 1) of the members that can fail
+    // (setSettings, opening, output, outBufferCount, inBufferCount, input), or the first call
+    // of the member named in `faultIn` ("open" for opening). From then on the device is gone:
+    // those members throw `fault`. Closing still works, as it does on a dead port.
+    int calls = 0; // calls of the members that can fail, so far
+    int faultAt = 0;
+    QString faultIn;
+    CommError fault{QStringLiteral("COM2: (/dev/ttyS1)"), QStringLiteral("the device is gone")};
+
     void setCommPort(int p) override { port = p; }
-    void setSettings(const QString &s) override { settings = s; }
+    void setSettings(const QString &s) override;
     void setDTREnable(bool on) override { dtr = on; }
     bool portOpen() const override { return open; }
     void setPortOpen(bool o) override;
@@ -48,4 +57,5 @@ public:
 
 private:
     void check() const;
+    void step(const char *member);
 };

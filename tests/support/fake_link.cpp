@@ -1,5 +1,6 @@
 #include "fake_link.h"
 
+#include <QTest>
 #include <stdexcept>
 
 void FakeTimer::setEnabled(bool e) {
@@ -19,7 +20,6 @@ ScriptedYield &ScriptedYield::then(std::function<void()> step) {
 }
 
 void ScriptedYield::DoEvents() {
-    ++passes;
     if (!steps.empty()) {
         auto step = std::move(steps.front());
         steps.pop_front();
@@ -30,6 +30,24 @@ void ScriptedYield::DoEvents() {
         throw std::runtime_error("a wait did not end: the script ran out");
     if (idle)
         idle();
+}
+
+RecordingScreen::~RecordingScreen() {
+    // Outside a test (a benchmark) or after a failure there is nothing more to tell.
+    if (!QTest::currentTestFunction() || QTest::currentTestFailed())
+        return;
+    if (!boxes.isEmpty())
+        QTest::qFail(qPrintable("a box nobody took: " + boxes.first().text), __FILE__, __LINE__);
+    else if (pointer == 11)
+        QTest::qFail("the pointer is left at 11", __FILE__, __LINE__);
+}
+
+RecordingScreen::Box RecordingScreen::takeBox() {
+    if (boxes.isEmpty()) {
+        QTest::qFail("no box was shown", __FILE__, __LINE__);
+        return {};
+    }
+    return boxes.takeFirst();
 }
 
 void RecordingScreen::list1Clear() {
@@ -46,29 +64,28 @@ void RecordingScreen::msgBox(const QString &text, BoxIcon icon, const QString &t
     boxes << Box{text, icon, title};
 }
 
+namespace {
+// The next scripted answer, or `otherwise` once they are spent.
+QString next(std::deque<QString> &answers, const QString &otherwise = QString()) {
+    if (answers.empty())
+        return otherwise;
+    const QString a = answers.front();
+    answers.pop_front();
+    return a;
+}
+} // namespace
+
 QString RecordingScreen::inputBox(const QString &prompt, const QString &, const QString &def) {
     inputPrompts << prompt;
-    if (inputAnswers.empty())
-        return def;
-    QString a = inputAnswers.front();
-    inputAnswers.pop_front();
-    return a;
+    return next(inputAnswers, def);
 }
 
 QString RecordingScreen::showOpen(const FileDialogRequest &r) {
     openRequests << r;
-    if (openAnswers.empty())
-        return {};
-    QString a = openAnswers.front();
-    openAnswers.pop_front();
-    return a;
+    return next(openAnswers);
 }
 
 QString RecordingScreen::showSave(const FileDialogRequest &r) {
     saveRequests << r;
-    if (saveAnswers.empty())
-        return {};
-    QString a = saveAnswers.front();
-    saveAnswers.pop_front();
-    return a;
+    return next(saveAnswers);
 }

@@ -32,18 +32,19 @@ class ScriptedYield : public Yield {
 public:
     std::deque<std::function<void()>> steps;
     std::function<void()> idle;
-    long passes = 0;
     long idlePasses = 0;
     long limit = 1000000;
     ScriptedYield &then(std::function<void()> step);
     void DoEvents() override;
 };
 
+// Records what an operation shows. Each box must be taken by the test (takeBox); at its end
+// the screen fails the running test on a box nobody took, or on the pointer left at 11.
 class RecordingScreen : public Screen {
 public:
     struct Box {
         QString text;
-        BoxIcon icon;
+        BoxIcon icon = BoxIcon::None;
         QString title;
     };
     QStringList captions;
@@ -62,7 +63,10 @@ public:
     QList<FileDialogRequest> openRequests;
     QList<FileDialogRequest> saveRequests;
     QStringList inputPrompts;
-    int repaints = 0;
+
+    ~RecordingScreen() override;
+    // The oldest box not taken yet; fails the test when there is none.
+    Box takeBox();
 
     void setLabel1Caption(const QString &t) override { captions << t; }
     void setLabel1Visible(bool on) override { label1Visible = on; }
@@ -75,7 +79,7 @@ public:
     int list1Count() const override { return int(list1.size()); }
     int list1ListIndex() const override { return listIndex; }
     QString list1List(int i) const override { return list1.value(i); }
-    void repaint() override { ++repaints; }
+    void repaint() override {}
     void setMousePointer(int p) override;
     void msgBox(const QString &text, BoxIcon icon, const QString &title) override;
     QString inputBox(const QString &prompt, const QString &title, const QString &def) override;
@@ -83,7 +87,7 @@ public:
     QString showSave(const FileDialogRequest &r) override;
 };
 
-// A Link over fakes, with a fresh Globals: PromptSeq and CR set as start-up sets them.
+// A Link over fakes, with a fresh Globals.
 struct FakeLink {
     Globals g;
     FakeComm comm;
@@ -96,3 +100,18 @@ struct FakeLink {
     OperationState::Run run{state};
     Link link{g, comm, timer, yield, screen, dialog, state};
 };
+
+// What an operation left behind that it must not: the port open, the clock running, Label1
+// shown, the hourglass. Empty when it ended clean. For FakeLink and RealLink alike.
+template <class L> QString leftOver(L &l) {
+    QStringList left;
+    if (l.comm.portOpen())
+        left << QStringLiteral("port open");
+    if (l.timer.enabled())
+        left << QStringLiteral("timer running");
+    if (l.screen.label1Visible)
+        left << QStringLiteral("Label1 shown");
+    if (l.screen.pointer == 11)
+        left << QStringLiteral("hourglass");
+    return left.join(QStringLiteral(", "));
+}

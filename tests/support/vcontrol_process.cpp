@@ -107,6 +107,12 @@ QStringList VControlProcess::eventTexts(const QString &word) const {
     return out;
 }
 
+QByteArray VControlProcess::rxSettled(qsizetype expected) {
+    waitUntil([&] { return m_rx.size() >= expected; }, 3000);
+    waitUntil([] { return false; }, 50);
+    return m_rx;
+}
+
 bool VControlProcess::waitUntil(const std::function<bool()> &cond, int timeoutMs) {
     QDeadlineTimer deadline(timeoutMs);
     for (;;) {

@@ -45,6 +45,9 @@ public:
     const QList<Chunk> &chunks() const { return m_chunks; }
     const QList<Event> &events() const { return m_events; }
     QStringList eventTexts(const QString &word) const;
+    // Everything the control read, once it has read `expected` bytes (or 3 s have passed) and
+    // a moment more: the control logs a read a little after the port has closed.
+    QByteArray rxSettled(qsizetype expected);
 
     // Refreshes and runs the event loop until cond() holds; false at the timeout.
     bool waitUntil(const std::function<bool()> &cond, int timeoutMs = 5000);

@@ -11,78 +11,68 @@ namespace {
 const QStringList C303{"--type", "303"}, C504{"--type", "504"};
 const QStringList CXon{"--type", "XonXoff", "--rate", "200000", "--end-gap", "200"};
 
-B AllBytesBut(const B &left) {
+B allBytesBut(const B &left) {
     B all;
     for (int c = 1; c <= 255; ++c)
         if (!left.contains(char(c)))
             all += char(c);
     return all;
 }
-
-// What the control read; it logs a read a moment after the port has closed.
-B Read(VControlProcess &vc, qsizetype expected) {
-    vc.waitUntil([&] { return vc.rx().size() >= expected; }, 3000);
-    QTest::qWait(50);
-    vc.refresh();
-    return vc.rx();
-}
 } // namespace
 
-class TestRealPort : public QObject {
+class TstRealPort : public QObject {
     Q_OBJECT
 private slots:
-
     void send_data() {
-        QTest::addColumn<QStringList>("control"); // none: an absent device
+        QTest::addColumn<QStringList>("control");
         QTest::addColumn<int>("type");
         QTest::addColumn<B>("file");
         QTest::addColumn<B>("rx");
         QTest::addColumn<QString>("told"); // "timeout", "critical" or none
-        const B all = AllBytesBut("\r"), blank("A\r\n\r\nB\r\n"), end = "\r" + Eot;
+        const B all = allBytesBut("\r"), blank("A\r\n\r\nB\r\n"), end = "\r" + Eot;
         const B spaces(" G1 X 10\tY2 \r\n   \r\nZ\r\n");
         const QStringList halt{"--halt-after-line", "2", "--halt-char", "3f", "--halt-ms", "150"};
-        Row("303", C303, 1, Lines(3), "R\r" + Lines(3, "\r") + Eot, "");
-        Row("WaitXon", CXon + QStringList{"--xon-at-start"}, 3, Lines(3), Xon + Lines(3, "\r"), "");
-        Row("303, no line end", C303, 1, B("N10 G0"), "R\rN10 G0" + end, "");
-        Row("303, blank line ends", C303, 1, blank, "R\rA" + end, "");
-        Row("504, blank line ends", C504, 2, blank, "R\rA" + end, "");
-        Row("XonXoff, blank line as CR", CXon, 3, blank, Xon + "A\r\rB\r", "");
-        Row("303, NoSpace", C303, 1, spaces, "R\rG1X10\tY2" + end, "");
-        Row("XonXoff, NoSpace", CXon, 3, spaces, Xon + "G1X10\tY2\r\rZ\r", "");
-        Row("504, lone LF", C504, 2, Lines(3, "\n"), "R\r" + Lines(3, "\n") + end, "");
-        Row("303, every byte", C303, 1, all, "R\r" + all + end, "");
-        Row("XonXoff, every byte", CXon, 3, all, Xon + all + "\r", "");
-        Row("504, time-out on line 5 of 10", C504 + QStringList{"--silent-from-line", "5"}, 2,
-            Lines(10), "R\r" + Lines(5, "\r") + Eot, "timeout");
+        row("303", C303, 1, numberedLines(3), "R\r" + numberedLines(3, "\r") + Eot, "");
+        row("WaitXon", CXon + QStringList{"--xon-at-start"}, 3, numberedLines(3),
+            Xon + numberedLines(3, "\r"), "");
+        row("303, no line end", C303, 1, B("N10 G0"), "R\rN10 G0" + end, "");
+        row("303, blank line ends", C303, 1, blank, "R\rA" + end, "");
+        row("XonXoff, blank line as CR", CXon, 3, blank, Xon + "A\r\rB\r", "");
+        row("303, NoSpace", C303, 1, spaces, "R\rG1X10\tY2" + end, "");
+        row("504, lone LF", C504, 2, numberedLines(3, "\n"), "R\r" + numberedLines(3, "\n") + end,
+            "");
+        row("303, every byte", C303, 1, all, "R\r" + all + end, "");
+        row("XonXoff, every byte", CXon, 3, all, Xon + all + "\r", "");
+        row("504, time-out on line 5 of 10", C504 + QStringList{"--silent-from-line", "5"}, 2,
+            numberedLines(10), "R\r" + numberedLines(5, "\r") + Eot, "timeout");
         // Kept below the X-off mark: only the halt may stop the sender.
-        Row("XonXoff, halted and resumed", CXon + halt, 3, Lines(300), Xon + Lines(300, "\r"), "");
-        Row("303, control dies after line 3", C303 + QStringList{"--crash-after-line", "3"}, 1,
-            Lines(10), "R\r" + Lines(3, "\r"), "critical");
-        Row("absent device", QStringList(), 1, Lines(3), B(), "critical");
+        row("XonXoff, halted and resumed", CXon + halt, 3, numberedLines(300),
+            Xon + numberedLines(300, "\r"), "");
+        row("303, control dies after line 3", C303 + QStringList{"--crash-after-line", "3"}, 1,
+            numberedLines(10), "R\r" + numberedLines(3, "\r"), "critical");
     }
     void send() {
         QFETCH(QStringList, control);
         QFETCH(B, file);
         QFETCH(QString, told);
         VControlProcess vc;
-        QVERIFY2(control.isEmpty() || vc.start(control), qPrintable(vc.errorString()));
+        QVERIFY2(vc.start(control), qPrintable(vc.errorString()));
         QTemporaryDir dir;
         QFile out(dir.filePath(QStringLiteral("P.tap")));
         QVERIFY(out.open(QIODevice::WriteOnly) && out.write(file) == file.size() && out.flush());
-        const QString device = control.isEmpty() ? QStringLiteral("/dev/dnc-absent") : vc.device();
         QFETCH(int, type);
-        RealLink r(device, qint16(type));
+        RealLink r(vc.device(), qint16(type));
         r.g.ComSettings = QStringLiteral("COM1:115200,N,8,1");
         r.g.NoSpace = B(QTest::currentDataTag()).contains("NoSpace");
         r.g.WaitXon = B(QTest::currentDataTag()).contains("WaitXon");
         SendData(r.link, out.fileName());
 
         QFETCH(B, rx);
-        QCOMPARE(Read(vc, rx.size()), rx);
-        QCOMPARE(r.screen.boxes.size(), told.isEmpty() ? 0 : 1);
+        QCOMPARE(vc.rxSettled(rx.size()), rx);
         if (!told.isEmpty()) {
-            QCOMPARE(r.screen.boxes[0].icon, told == "timeout" ? BoxIcon::None : BoxIcon::Critical);
-            QVERIFY(told == "timeout" || r.screen.boxes[0].text.contains(device));
+            const RecordingScreen::Box box = r.screen.takeBox();
+            QCOMPARE(box.icon, told == "timeout" ? BoxIcon::None : BoxIcon::Critical);
+            QVERIFY(told == "timeout" || box.text.contains(vc.device()));
         }
         QVERIFY(vc.eventTexts("OVERRUN").isEmpty());
         // Halted, the sender puts nothing more on the line until the X-on.
@@ -93,8 +83,7 @@ private slots:
         QCOMPARE(xon != e.end(), control.contains("--halt-after-line"));
         for (const auto &c : vc.chunks())
             QVERIFY(xon == e.end() || !c.rx || c.us < halt->us + 50000 || c.us > xon->us);
-        QVERIFY(!r.comm.portOpen() && !r.timer.enabled() && !r.screen.label1Visible);
-        QCOMPARE(r.screen.pointer, 0);
+        QCOMPARE(leftOver(r), QString());
     }
 
     void receive_data() {
@@ -102,15 +91,15 @@ private slots:
         QTest::addColumn<B>("program"); // as the control holds it, lines end CR
         QTest::addColumn<B>("rx");
         QTest::addColumn<B>("got"); // what the control's program becomes in the file
-        const B nc("N1 G0 X0\rN2 M30\r"), all = '\0' + AllBytesBut("\r\x04") + "\rN2\r";
+        const B nc("N1 G0 X0\rN2 M30\r"), all = '\0' + allBytesBut("\r\x04") + "\rN2\r";
         const B got("N1 G0 X0\r\nN2 M30\r\n\r\n"), pc = "PC\r" + Go.repeated(3);
-        Row("303", C303, nc, pc, got);
+        row("303", C303, nc, pc, got);
         // The operator picks the second of the control's programs, PROG.NC.
-        Row("504", C504, nc, "MC,/ISO\r" + Go.repeated(3) + "PC,/ISO/PROG.NC\r" + Go.repeated(3),
+        row("504", C504, nc, "MC,/ISO\r" + Go.repeated(3) + "PC,/ISO/PROG.NC\r" + Go.repeated(3),
             got);
-        Row("303, every byte value", C303, all, pc, B(all).replace("\r", "\r\n") + "\r\n");
+        row("303, every byte value", C303, all, pc, B(all).replace("\r", "\r\n") + "\r\n");
         // Half of line 2 comes, then silence: the clock ends the wait, what came is kept.
-        Row("303, silence mid-line", C303 + QStringList{"--stall-mid-line", "2"},
+        row("303, silence mid-line", C303 + QStringList{"--stall-mid-line", "2"},
             B("N1 AA\rN2 BBBBBB\r"), "PC\r" + Go + Go, B("N1 AA\r\nN2 BB\r\n"));
     }
     void receive() {
@@ -132,17 +121,16 @@ private slots:
         ReceiveFile(r.link);
 
         QFETCH(B, rx);
-        QCOMPARE(Read(vc, rx.size()), rx);
+        QCOMPARE(vc.rxSettled(rx.size()), rx);
         QFETCH(B, got);
         QFile file(out.filePath("got.tap"));
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(file.readAll(), got);
         QCOMPARE(r.screen.text1, QString::fromLatin1(got.chopped(2)));
         QCOMPARE(r.screen.captions.last(), QString::number(got.size() - 2));
-        QVERIFY(r.screen.boxes.isEmpty() && !r.comm.portOpen() && !r.screen.label1Visible);
-        QCOMPARE(r.screen.pointer, 0);
+        QCOMPARE(leftOver(r), QString());
     }
 };
 
-QTEST_GUILESS_MAIN(TestRealPort)
+QTEST_GUILESS_MAIN(TstRealPort)
 #include "tst_real_port.moc"

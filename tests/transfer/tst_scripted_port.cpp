@@ -12,7 +12,7 @@
 using Chunks = QList<QByteArray>;
 
 namespace {
-const B Dle("\x10"), Xoff("\x13"), Pc = "PC\r" + Go;
+const B Pc = "PC\r" + Go;
 const QString Timeout = QStringLiteral("Timeout - No answer from CNC");
 
 // A link over fakes and a program P.tap in a temporary folder; the tool list notes the files
@@ -27,8 +27,8 @@ struct Run : ToolListHook {
         f.g.CncType = qint16(type);
         f.g.ToolDbEnabled = true;
         f.g.iniPath = dir.filePath(QStringLiteral("dnc.ini"));
-        f.g.TextTable[6 * 5 + 1] = QStringLiteral("Send file : ");
-        f.g.TextTable[7 * 5 + 1] = Timeout;
+        f.g.TextTable[SendFilePrefix * 5 + 1] = QStringLiteral("Send file : ");
+        f.g.TextTable[TimeoutMessage * 5 + 1] = Timeout;
         f.timer.ms = 2000; // as start-up leaves it for "504"
         f.link.toolList = this;
         QFile file(path);
@@ -45,40 +45,40 @@ struct Run : ToolListHook {
 };
 } // namespace
 
-class TestScriptedPort : public QObject {
+class TstScriptedPort : public QObject {
     Q_OBJECT
 private slots:
+    // Each wait starts afresh, whatever an earlier one left in TimedOut.
     void waits_data() {
         QTest::addColumn<bool>("xon");
         QTest::addColumn<Chunks>("chunks"); // one a pass, then silence or the window closing
         QTest::addColumn<bool>("closing");
         QTest::addColumn<bool>("result");
         QTest::addColumn<B>("left"); // still unread at the end
-        Row("DLE and 7 in two reads", false, Chunks{Dle, "", "7"}, false, true, B());
-        Row("noise and DLE, then a lone 7", false, Chunks{"x" + Dle, "7"}, false, false, B("7"));
-        Row("7 before DLE", false, Chunks{"7" + Dle}, false, false, B());
-        Row("answer with the tick", false, Chunks{Go + Tick}, false, true, B());
-        Row("window closed", false, Chunks{Dle}, true, false, Dle);
-        Row("X-off and X-on together", true, Chunks{Xoff + Xon}, false, true, B());
+        row("DLE and 7 in two reads", false, Chunks{Dle, "", "7"}, false, true, B());
+        row("noise and DLE, then a lone 7", false, Chunks{"x" + Dle, "7"}, false, false, B("7"));
+        row("7 before DLE", false, Chunks{"7" + Dle}, false, false, B());
+        row("answer with the tick", false, Chunks{Go + Tick}, false, true, B());
+        row("window closed", false, Chunks{Dle}, true, false, Dle);
+        row("X-off and X-on together", true, Chunks{Xoff + Xon}, false, true, B());
     }
     void waits() {
+        QFETCH(bool, xon);
         QFETCH(Chunks, chunks);
         QFETCH(bool, closing);
+        QFETCH(bool, result);
         Run r(1, B());
         FakeLink &f = r.f;
         f.comm.open = true;
-        f.g.TimedOut = true; // left by an earlier wait: each wait starts afresh
+        f.g.TimedOut = true;
         deliverChunks(f, chunks);
         if (closing)
             f.yield.idle = [&f] { f.state.requestEnd(); };
-        QFETCH(bool, xon);
-        const bool result = xon ? WaitForXon(f.link) : WaitForAnswer(f.link);
-        QTEST(result, "result");
-        QCOMPARE(f.g.TimedOut, !result || (!chunks.isEmpty() && chunks.last().endsWith(Tick)));
-        const bool told = !result && !closing;
-        QCOMPARE(f.screen.boxes.size(), told ? 1 : 0);
-        QVERIFY(!told ||
-                (f.screen.boxes[0].text == Timeout && f.screen.boxes[0].icon == BoxIcon::None));
+        QCOMPARE(xon ? WaitForXon(f.link) : WaitForAnswer(f.link), result);
+        if (!result && !closing) { // an operation being ended tells nothing
+            const RecordingScreen::Box box = f.screen.takeBox();
+            QVERIFY(box.text == Timeout && box.icon == BoxIcon::None);
+        }
         QTEST(f.comm.inbox, "left");
         QVERIFY(f.timer.starts == 1 && !f.timer.on && f.comm.writes.isEmpty());
     }
@@ -104,24 +104,25 @@ private slots:
         QTest::addColumn<QString>("fault");
         QTest::addColumn<B>("wire");
         QTest::addColumn<QString>("told"); // what the one box says; none if empty
-        const B all = Xon + Lines(10, "\r");
-        Row("303", 1, "", "R\r" + Lines(10, "\r") + Eot, "");
-        Row("303, window closed", 1, "close at line 2", "R\r" + Lines(2, "\r") + Eot, "");
-        Row("no port set up", 1, "no setup", B(), "Choose one with Setup.");
-        Row("missing file", 1, "missing", B(), "nothere.tap: No such file");
-        Row("empty file", 1, "empty", B(), "");
-        Row("XonXoff, window closed", 3, "close at line 2", Xon + Lines(2, "\r"), "");
-        Row("XonXoff, opening X-on", 3, "WaitXon, resume", all, "");
-        Row("XonXoff, no opening X-on", 3, "WaitXon", Xon, Timeout);
-        Row("XonXoff, halted, resumed", 3, "halt \x13, resume", all, "");
-        Row("XonXoff, halted for good", 3, "halt ?", Xon + Lines(2, "\r"), Timeout);
-        Row("XonXoff, X-off and X-on together", 3, "halt \x13\x11", all, "");
+        const B all = Xon + numberedLines(10, "\r");
+        row("303", 1, "", "R\r" + numberedLines(10, "\r") + Eot, "");
+        row("303, window closed", 1, "close at line 2", "R\r" + numberedLines(2, "\r") + Eot, "");
+        row("no port set up", 1, "no setup", B(), "Choose one with Setup.");
+        row("missing file", 1, "missing", B(), "nothere.tap: No such file");
+        row("empty file", 1, "empty", B(), "");
+        row("XonXoff, window closed", 3, "close at line 2", Xon + numberedLines(2, "\r"), "");
+        row("XonXoff, opening X-on", 3, "WaitXon, resume", all, "");
+        row("XonXoff, no opening X-on", 3, "WaitXon", Xon, Timeout);
+        row("XonXoff, halted, resumed", 3, "halt \x13, resume", all, "");
+        row("XonXoff, halted for good", 3, "halt ?", Xon + numberedLines(2, "\r"), Timeout);
+        row("XonXoff, X-off and X-on together", 3, "halt \x13\x11", all, "");
     }
     void send() {
         QFETCH(int, type);
         QFETCH(QString, fault);
+        QFETCH(B, wire);
         QFETCH(QString, told);
-        Run r(type, fault == "empty" ? B() : Lines(10));
+        Run r(type, fault == "empty" ? B() : numberedLines(10));
         const QString path = fault == "missing" ? r.in("nothere.tap") : r.path;
         if (fault == "no setup")
             r.f.g.ComSettings.clear();
@@ -149,22 +150,20 @@ private slots:
         };
         SendData(r.f.link, path);
 
-        QTEST(r.f.comm.written(), "wire");
+        QCOMPARE(r.f.comm.written(), wire);
         QVERIFY(drained);
-        QCOMPARE(r.f.screen.boxes.size(), told.isEmpty() ? 0 : 1);
         if (!told.isEmpty()) {
-            QVERIFY2(r.f.screen.boxes[0].text.contains(told), qPrintable(r.f.screen.boxes[0].text));
-            QCOMPARE(r.f.screen.boxes[0].icon, told == Timeout ? BoxIcon::None : BoxIcon::Critical);
+            const RecordingScreen::Box box = r.f.screen.takeBox();
+            QVERIFY2(box.text.contains(told), qPrintable(box.text));
+            QCOMPARE(box.icon, told == Timeout ? BoxIcon::None : BoxIcon::Critical);
         }
         QCOMPARE(r.toolCalls, QStringList{path}); // counted also when the file then fails
-        const bool opened = !QStringList{"no setup", "missing", "empty"}.contains(fault);
-        QVERIFY(r.f.comm.opens == int(opened) && r.f.comm.closes == r.f.comm.opens);
-        if (opened)
+        QVERIFY(r.f.comm.opens == int(!wire.isEmpty()) && r.f.comm.closes == r.f.comm.opens);
+        if (!wire.isEmpty()) { // the line as set up, the clock at the time-out of a line
             QVERIFY(r.f.comm.port == 2 && r.f.comm.settings == "9600,E,7,1" && r.f.comm.dtr);
-        QCOMPARE(r.f.screen.pointers.first(), fault == "no setup" ? 0 : 11);
-        QCOMPARE(r.f.timer.interval(), opened && type != 0 ? 5000 : 2000);
-        QVERIFY(!r.f.comm.open && !r.f.timer.on && !r.f.screen.label1Visible);
-        QCOMPARE(r.f.screen.pointer, 0);
+            QCOMPARE(r.f.timer.interval(), 5000);
+        }
+        QCOMPARE(leftOver(r.f), QString());
     }
 
     void caption() {
@@ -178,18 +177,19 @@ private slots:
     void choose_data() {
         QTest::addColumn<int>("type");
         QTest::addColumn<bool>("simple");    // -b
-        QTest::addColumn<QString>("answer"); // in the input box; "": Cancel, "*": the default
+        QTest::addColumn<QString>("answer"); // in the input box; "-": none asked, "": Cancel
         QTest::addColumn<QString>("gives");  // the file dialog's answer
-        QTest::addColumn<QString>("shown");  // the name it opens with; "-": no dialog
+        QTest::addColumn<QString>("shown");  // its name field and extension; "-": no dialog
         QTest::addColumn<QString>("sent");
-        Row("PART", 1, true, "PART", "", "-", "PART.tap");
-        Row("PA: no PA.tap", 2, true, "PA", "PART.tap", "PA*.tap", "PART.tap");
-        Row("PART.NC", 1, true, "PART.NC", "", "-", "PART.NC");
-        Row("*", 1, true, "*", "", "**.tap", "");
-        Row("Cancel in the input box", 1, true, "", "EMPTY.tap", "*.tap", "EMPTY.tap");
-        Row("XonXoff ignores -b", 3, true, "", "CUT.LCC", "", "CUT.LCC");
-        Row("Cancel in the dialog", 2, false, "", "", "", "");
-        Row("root folder", 1, false, "", "/dnc-none.tap", "", "/dnc-none.tap");
+        QTest::addColumn<QString>("tapeDir"); // afterwards; "": the folder of the programs
+        row("PART", 1, true, "PART", "", "-", "PART.tap", "");
+        row("PA: no PA.tap", 2, true, "PA", "PART.tap", "PA*.tap tap", "PART.tap", "");
+        row("PART.NC", 1, true, "PART.NC", "", "-", "PART.NC", "");
+        row("*", 1, true, "*", "", "**.tap tap", "", "");
+        row("Cancel in the input box", 1, true, "", "EMPTY.tap", "*.tap tap", "EMPTY.tap", "");
+        row("XonXoff ignores -b", 3, true, "-", "CUT.LCC", " lcc", "CUT.LCC", "");
+        row("Cancel in the dialog", 2, false, "-", "", " tap", "", "");
+        row("root folder", 1, false, "-", "/dnc-none.tap", " tap", "/dnc-none.tap", "/");
     }
     void choose() {
         QFETCH(int, type);
@@ -203,26 +203,28 @@ private slots:
         QFETCH(bool, simple);
         r.f.g.SimpleFileDialog = simple;
         PutProfile(r.f.g, r.f.g.ConfigSection, QStringLiteral("TapeDir"), r.dir.path());
-        if (answer != "*")
+        if (answer != "-")
             r.f.screen.inputAnswers.push_back(answer);
         if (!gives.isEmpty())
             r.f.screen.openAnswers.push_back(r.in(gives));
         SendFile(r.f.link);
 
-        const bool quick = simple && type != 3;
-        QCOMPARE(r.f.screen.inputPrompts, quick ? QStringList{"File name filter"} : QStringList());
-        QCOMPARE(r.f.screen.openRequests.size(), shown == "-" ? 0 : 1);
-        if (shown != "-") {
-            const FileDialogRequest &d = r.f.screen.openRequests[0];
-            QVERIFY(d.fileName == shown && d.initDir == r.dir.path());
-            QCOMPARE(d.defaultExt, type == 3 ? "lcc" : "tap");
-            QCOMPARE(d.filter, type == 3 ? "Bystronic file *.LCC (*.LCC);;All files *.* (*.*)"
-                                         : "Tape file *.tap (*.tap);;All files *.* (*.*)");
+        QCOMPARE(r.f.screen.inputPrompts.size(), answer == "-" ? 0 : 1);
+        QStringList dialogs;
+        for (const FileDialogRequest &d : r.f.screen.openRequests) {
+            QCOMPARE(d.initDir, r.dir.path());
+            dialogs << d.fileName + ' ' + d.defaultExt;
         }
+        QCOMPARE(dialogs.join('|'), shown == "-" ? QString() : shown);
+        if (type == 3) // the stream's list of patterns ends in ';', which names none
+            QCOMPARE(r.f.screen.openRequests.value(0).filter,
+                     "Bystronic file *.LCC (*.LCC);;All files *.* (*.*)");
         QCOMPARE(r.toolCalls, sent.isEmpty() ? QStringList() : QStringList{r.in(sent)});
+        QFETCH(QString, tapeDir);
         QCOMPARE(GetProfile(r.f.g, r.f.g.ConfigSection, QStringLiteral("TapeDir")),
-                 sent.startsWith('/') ? "/" : r.dir.path());
-        QCOMPARE(r.f.screen.boxes.size(), sent.startsWith('/') ? 1 : 0); // a missing file
+                 tapeDir.isEmpty() ? r.dir.path() : tapeDir);
+        if (sent.startsWith('/'))
+            r.f.screen.takeBox(); // the file does not exist
     }
 
     void receive_data() {
@@ -231,17 +233,19 @@ private slots:
         QTest::addColumn<bool>("closing");
         QTest::addColumn<B>("written");
         QTest::addColumn<B>("program");
-        // A chunk with an EOT anywhere ends it, before any CR in it is looked at.
-        Row("line and EOT together", 1, Chunks{"N1\r", "N2\r\x04"}, false, Pc + Go, B("N1\r\n"));
-        Row("EOT first", 1, Chunks{"\x04", "A\r"}, false, Pc, B());
-        Row("line in two chunks", 1, Chunks{"PROG", "1\r", "\x04"}, false, Pc + Go, B("PROG1\r\n"));
-        Row("CR LF split", 1, Chunks{"A\r", "\nB\r", "\x04"}, false, Pc + Go + Go,
-            B("A\r\n\nB\r\n"));
-        Row("two lines in one chunk", 1, Chunks{"A\rB\r", "\x04"}, false, Pc + Go, B("A\r\n"));
-        Row("time-out mid-line", 1, Chunks{"A\r", "BC"}, false, Pc + Go, B("A\r\nBC"));
-        Row("silence counted anew", 1, Chunks{"", "A\r", Tick, "\x04"}, false, Pc + Go, B("A\r\n"));
-        Row("window closed: still saved", 1, Chunks{"N1\r"}, true, Pc + Go, B("N1\r\n"));
-        Row("XonXoff: nothing asked", 3, Chunks{}, false, B(), B());
+        QTest::addColumn<bool>("timedOut");
+        // A chunk with an EOT anywhere ends it, before any CR in it is looked at. The lines
+        // themselves are collected as in a listing (see the map).
+        row("line and EOT together", 1, Chunks{"N1\r", "N2\r\x04"}, false, Pc + Go, B("N1\r\n"),
+            false);
+        row("EOT first", 1, Chunks{"\x04", "A\r"}, false, Pc, B(), false);
+        row("two lines in one chunk", 1, Chunks{"A\rB\r", "\x04"}, false, Pc + Go, B("A\r\n"),
+            false);
+        row("time-out mid-line", 1, Chunks{"A\r", "BC"}, false, Pc + Go, B("A\r\nBC"), true);
+        row("silence counted anew", 1, Chunks{"", "A\r", Tick, "\x04"}, false, Pc + Go, B("A\r\n"),
+            false);
+        row("window closed: still saved", 1, Chunks{"N1\r"}, true, Pc + Go, B("N1\r\n"), false);
+        row("XonXoff: nothing asked, nothing waited", 3, Chunks{}, false, B(), B(), true);
     }
     void receive() {
         QFETCH(int, type);
@@ -257,26 +261,24 @@ private slots:
         ReceiveFile(f.link);
 
         QTEST(f.comm.written(), "written");
-        const bool eot = chunks.join().contains('\x04');
-        QCOMPARE(f.g.TimedOut, !eot && !closing);
-        QVERIFY(!eot || f.yield.idlePasses == 0); // ended at the EOT, not by the clock
+        QTEST(f.g.TimedOut, "timedOut");
         QCOMPARE(f.screen.captions.last(), QString::number(program.size()));
         QCOMPARE(f.screen.text1, QString::fromLatin1(program));
         QVERIFY(f.screen.text1Visible == !program.isEmpty() &&
                 f.screen.saveRequests.size() == (program.isEmpty() ? 0 : 1));
-        QVERIFY(f.comm.opens == 1 && !f.comm.open && !f.timer.on && !f.screen.label1Visible);
-        QCOMPARE(f.screen.pointer, 0);
+        QCOMPARE(f.comm.opens, 1);
+        QCOMPARE(leftOver(f), QString());
     }
 
     void save_data() {
         QTest::addColumn<QString>("answer"); // the dialog's; "": Cancel
         QTest::addColumn<QString>("cncDir"); // afterwards
         QTest::addColumn<bool>("told");
-        Row("longer file replaced", "p.tap", "", false);
-        Row("Cancel: nothing written, CNCDir kept", "", "start", false);
+        row("longer file replaced", "p.tap", "", false);
+        row("Cancel: nothing written, CNCDir kept", "", "start", false);
         // "/proc" is no file even for root: CNCDir is stored before the file is tried.
-        Row("root folder", "/proc", "/", true);
-        Row("unwritable path", "none/p.tap", "none", true);
+        row("root folder", "/proc", "/", true);
+        row("unwritable path", "none/p.tap", "none", true);
     }
     void save() {
         QFETCH(QString, answer);
@@ -296,12 +298,11 @@ private slots:
         QFETCH(QString, cncDir);
         QCOMPARE(GetProfile(r.f.g, r.f.g.ConfigSection, "CNCDir"), r.in(cncDir));
         QFETCH(bool, told);
-        QCOMPARE(r.f.screen.boxes.size(), told ? 1 : 0);
         if (told) {
-            const QString text = r.f.screen.boxes[0].text;
-            QVERIFY2(text.startsWith(file.fileName() + ": ") && !text.endsWith(": "),
-                     qPrintable(text));
-            QCOMPARE(r.f.screen.boxes[0].icon, BoxIcon::Critical);
+            const RecordingScreen::Box box = r.f.screen.takeBox();
+            QVERIFY2(box.text.startsWith(file.fileName() + ": ") && !box.text.endsWith(": "),
+                     qPrintable(box.text));
+            QCOMPARE(box.icon, BoxIcon::Critical);
         } else if (answer.isEmpty()) {
             QCOMPARE(QDir(r.dir.path()).entryList(QDir::Files), files);
         } else {
@@ -311,5 +312,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestScriptedPort)
+QTEST_GUILESS_MAIN(TstScriptedPort)
 #include "tst_scripted_port.moc"

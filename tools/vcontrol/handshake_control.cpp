@@ -6,7 +6,7 @@ namespace {
 
 constexpr char DLE = 0x10;
 constexpr char EOT = 0x04;
-const std::string kIso = "/ISO/";
+const std::string Iso = "/ISO/";
 
 bool startsCommand(char c) {
     return c == 'R' || c == 'M' || c == 'P' || c == 'D' || c == 'C';
@@ -46,7 +46,7 @@ void HandshakeControl::serveOne() {
             continue;
         }
         if (in.empty() || (in[0] == 'C' && in.size() < 2)) {
-            m_w.receive(kForever);
+            m_w.receive(Forever);
             continue;
         }
         if (in[0] == 'C') {
@@ -64,7 +64,7 @@ void HandshakeControl::serveOne() {
             if (in.size() > 4096)
                 ignore(in.size()); // no command is that long
             else
-                m_w.receive(kForever);
+                m_w.receive(Forever);
             continue;
         }
         std::string line(in.substr(0, cr));
@@ -81,8 +81,8 @@ void HandshakeControl::dispatch(const std::string &line) {
     }
     std::string_view l = line;
     bool list = l == (m_is504 ? "MC,/ISO" : "MC");
-    bool send = m_is504 ? startsWith(l, "PC," + kIso) : l == "PC";
-    bool del = m_is504 && startsWith(l, "DC," + kIso);
+    bool send = m_is504 ? startsWith(l, "PC," + Iso) : l == "PC";
+    bool del = m_is504 && startsWith(l, "DC," + Iso);
     if (!list && !send && !del) {
         m_w.log().event("UNKNOWN", line);
         return;
@@ -92,7 +92,7 @@ void HandshakeControl::dispatch(const std::string &line) {
         return;
     }
     m_w.log().event("CMD", line);
-    std::string name = m_is504 && !list ? line.substr(3 + kIso.size()) : std::string();
+    std::string name = m_is504 && !list ? line.substr(3 + Iso.size()) : std::string();
     if (list) {
         std::string listing;
         for (const std::string &n : m_store.names())

@@ -5,7 +5,7 @@
 
 namespace {
 
-const char *const kUsage = R"(Usage: vcontrol [options]
+const char *const Usage = R"(Usage: vcontrol [options]
 A virtual CNC control on a pseudo-terminal. Prints the slave device path as its first line,
 then answers on it until killed (SIGTERM/SIGINT) or idle for --exit-after-idle.
 
@@ -98,7 +98,7 @@ Options parseOptions(int argc, char **argv) {
         auto num = [&] { return number(opt, arg()); };
 
         if (opt == "--help" || opt == "-h") {
-            std::fputs(kUsage, stdout);
+            std::fputs(Usage, stdout);
             std::exit(0);
         } else if (opt == "--type") {
             std::string t = arg();

@@ -84,7 +84,7 @@ short Wire::waitFor(short events, int64_t deadlineUs) {
         pollfd p{m_fd, events, 0};
         timespec ts{};
         timespec *tp = nullptr;
-        if (until != kForever) {
+        if (until != Forever) {
             int64_t left = std::max<int64_t>(until - now, 0);
             ts.tv_sec = left / 1000000;
             ts.tv_nsec = (left % 1000000) * 1000;
@@ -122,7 +122,7 @@ void Wire::send(std::string_view bytes) {
         if (n < 0 && errno != EAGAIN && errno != EINTR)
             throw std::runtime_error(std::string("write: ") + std::strerror(errno));
         // The program is not reading: keep taking what it sends while we wait for room.
-        short ev = waitFor(POLLOUT | POLLIN, kForever);
+        short ev = waitFor(POLLOUT | POLLIN, Forever);
         if (ev & POLLIN)
             readSome();
     }

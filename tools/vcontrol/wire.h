@@ -11,7 +11,7 @@
 // Thrown out of any wait when SIGTERM/SIGINT came or the idle limit ran out: a clean end.
 struct Stopped {};
 
-constexpr int64_t kForever = INT64_MAX;
+constexpr int64_t Forever = INT64_MAX;
 
 // Blocks the stop signals; the waits let them in, so none is lost between a test and a wait.
 void installStopSignals();

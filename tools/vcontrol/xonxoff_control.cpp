@@ -26,7 +26,7 @@ void XonXoffControl::run() {
             now - m_w.lastRxUs() >= int64_t(m_o.endGapMs) * 1000)
             finish();
 
-        int64_t until = kForever;
+        int64_t until = Forever;
         if (fill() > 0) {
             // Wake often enough to drain about one character at a time (1 to 5 ms).
             until = now + std::clamp<int64_t>(1000000 / m_o.rate, 1000, 5000);

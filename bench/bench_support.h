@@ -1,0 +1,63 @@
+#pragma once
+// What both benchmarks measure with and start from: the process's CPU time, its memory as
+// Linux reports it, program files, and the virtual control they run against.
+
+#include "vcontrol_process.h"
+
+#include <QByteArray>
+#include <QFile>
+#include <QString>
+#include <QStringList>
+#include <cstdio>
+#include <sys/resource.h>
+
+// User and system time of this process so far.
+inline double cpuSeconds() {
+    rusage u{};
+    getrusage(RUSAGE_SELF, &u);
+    return double(u.ru_utime.tv_sec + u.ru_stime.tv_sec) +
+           double(u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1e6;
+}
+
+// A field of /proc/self/status in KiB ("VmRSS", "VmHWM"); -1 when it cannot be read.
+inline qint64 statusKiB(const char *field) {
+    QFile f(QStringLiteral("/proc/self/status"));
+    if (!f.open(QIODevice::ReadOnly))
+        return -1;
+    const QByteArray name = QByteArray(field) + ':';
+    for (const QByteArray &line : f.readAll().split('\n'))
+        if (line.startsWith(name))
+            return line.mid(name.size()).trimmed().split(' ').value(0).toLongLong();
+    return -1;
+}
+
+// From here on VmHWM is the peak of what follows.
+inline void resetPeak() {
+    QFile f(QStringLiteral("/proc/self/clear_refs"));
+    if (f.open(QIODevice::WriteOnly))
+        f.write("5");
+}
+
+// Writes the file whole; a benchmark without its input has nothing to measure.
+inline QString writeFile(const QString &path, const QByteArray &bytes) {
+    QFile f(path);
+    if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size())
+        qFatal("cannot write %s", qPrintable(path));
+    return path;
+}
+
+// The control built with the benchmarks, unless DNC_VCONTROL names another.
+inline void useBuiltVControl() {
+#ifdef DNC_VCONTROL_PATH
+    if (qEnvironmentVariableIsEmpty("DNC_VCONTROL"))
+        qputenv("DNC_VCONTROL", DNC_VCONTROL_PATH);
+#endif
+}
+
+// Starts the control; says why on stderr when it does not start.
+inline bool startControl(VControlProcess &vc, const QStringList &args) {
+    if (vc.start(args))
+        return true;
+    std::fprintf(stderr, "vcontrol: %s\n", qPrintable(vc.errorString()));
+    return false;
+}

@@ -1,0 +1,88 @@
+// A port that fails at any step of an operation ends it the same way: the port closed, the
+// clock stopped, Label1 hidden, the pointer back, and one critical box that names the device.
+// A clean run of each operation over the scripted port counts its steps; then the port fails
+// at each of them in turn.
+#include "chunk_script.h"
+#include "directory.h"
+#include "rows.h"
+#include "transfer.h"
+
+#include <QTemporaryDir>
+
+using Operation = std::function<void(Link &)>;
+using Script = std::function<void(FakeLink &)>; // the far end and the operator
+Q_DECLARE_METATYPE(Operation)
+Q_DECLARE_METATYPE(Script)
+
+class TstPortFaults : public QObject {
+    Q_OBJECT
+    QTemporaryDir m_dir;
+    QString m_program = m_dir.filePath(QStringLiteral("P.tap"));
+
+private slots:
+    void initTestCase() {
+        QFile file(m_program);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(numberedLines(3)) > 0);
+    }
+
+    void eachStep_data() {
+        QTest::addColumn<Operation>("operation");
+        QTest::addColumn<int>("type");
+        QTest::addColumn<Script>("script");
+        const Script silent = [](FakeLink &f) { f.yield.idle = [&f] { f.timer.fire(); }; };
+        const Script goAheads = [](FakeLink &f) {
+            f.comm.onOutput = [&f](const B &) { f.comm.inbox += Go; };
+        };
+        const Script program = [](FakeLink &f) {
+            answerCommands(f, {{"PC", {"N1\r", "N2\r"}}});
+            f.yield.idle = [&f] { f.timer.fire(); };
+        };
+        const Script listing = [](FakeLink &f) {
+            answerCommands(f, {{"MC", {"A.NC\r", "B.NC\r"}}, {"PC", {"N1\r"}}});
+            pickWhenShown(f, 1);
+        };
+        const Operation send = [this](Link &l) { SendData(l, m_program); };
+        row("send, 303", send, 1, goAheads);
+        row("send, XonXoff", send, 3, silent);
+        row("receive, 303", Operation(ReceiveFile), 1, program);
+        row("receive, 504", Operation(ReceiveFile), 2, listing);
+        row("map, 303", Operation(MapContext), 1, listing);
+        row("map, 504", Operation(MapContext), 2, listing);
+        row("delete, 504", Operation(DeleteContext), 2, listing);
+        row("CC", Operation(ChangeContext), 1, silent);
+        row("CE", Operation(ChangeExecute), 1, silent);
+    }
+    void eachStep() {
+        QFETCH(Operation, operation);
+        QFETCH(int, type);
+        QFETCH(Script, script);
+        const auto run = [&](int faultAt, FakeLink &f) {
+            f.g.ComSettings = QStringLiteral("COM2:9600,E,7,2");
+            f.g.CncType = qint16(type);
+            script(f);
+            f.comm.faultAt = faultAt;
+            operation(f.link);
+        };
+        int steps = 0;
+        {
+            FakeLink f;
+            run(0, f);
+            QCOMPARE(leftOver(f), QString());
+            steps = f.comm.calls;
+        }
+        QVERIFY(steps >= 3);
+        for (int k = 1; k <= steps && !QTest::currentTestFailed(); ++k) {
+            FakeLink f;
+            run(k, f);
+            const QString at = QStringLiteral("a fault at step %1 of %2").arg(k).arg(steps);
+            QVERIFY2(leftOver(f).isEmpty(), qPrintable(at + " leaves " + leftOver(f)));
+            const RecordingScreen::Box box = f.screen.takeBox();
+            QVERIFY2(box.icon == BoxIcon::Critical && box.text.startsWith(f.comm.fault.device),
+                     qPrintable(at + " tells: " + box.text));
+            QVERIFY2(f.screen.saveRequests.isEmpty(), qPrintable(at + " offers a save"));
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(TstPortFaults)
+#include "tst_port_faults.moc"
