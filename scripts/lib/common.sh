@@ -5,7 +5,8 @@ ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)"
 BUILD="$ROOT/build"
 
 PACKAGES=(build-essential cmake qt6-base-dev qt6-serialport-dev libqt6sql6-sqlite
-          qt6-qpa-plugins libgl-dev fonts-dejavu-core xvfb xauth sqlite3 clang-format ccache)
+          qt6-qpa-plugins libgl-dev fonts-dejavu-core xvfb xauth sqlite3 clang-format ccache
+          postgresql libqt6sql6-psql)
 
 install_deps() {
     local missing=()

@@ -61,4 +61,5 @@ private:
     std::unique_ptr<Link> m_link;
     Comm &m_comm;
     Yield &m_yield;
+    bool m_gridOff = false; // the grid could not be read; tried again after each send
 };
