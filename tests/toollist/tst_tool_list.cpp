@@ -13,6 +13,7 @@
 
 #include <QBuffer>
 #include <QtTest>
+#include <latch>
 #include <thread>
 
 namespace {
@@ -355,7 +356,8 @@ private slots:
             for (int j = 0; j < programs; ++j) {
                 QByteArray program = "(PART)\r\n";
                 for (int m = 0; m < Lines; ++m) {
-                    const int i = (k * 7 + j * 3 + m * 11) % Names;
+                    const int i =
+                        ((k % 2) * 7 + j * 3 + m * 11) % Names; // four stations at once on each
                     ++expected[i];
                     counted[i] = true;
                     program += (m % 2 ? "/t" : "/T") + QByteArray::number(m + 1) + ' ' +
@@ -370,12 +372,14 @@ private slots:
             // Each station scans its programs and counts them as a send does, over one
             // connection of its own (a send's own connection costs a server login each time,
             // which tells nothing about counting at once).
+            std::latch connected(Stations); // all start counting together
             std::vector<std::jthread> stations;
             for (int k = 0; k < Stations; ++k)
                 stations.emplace_back([&, k] {
                     const ToolDbConnection connection(QStringLiteral("station"), db.path(), 10000);
                     if (!connection.isOpen())
                         failures[k] << connection.error();
+                    connected.arrive_and_wait();
                     for (int j = 0; j < files[k].size() && failures[k].isEmpty(); ++j) {
                         QFile file(files[k][j]);
                         file.open(QIODevice::ReadOnly);
