@@ -355,9 +355,9 @@ private slots:
         for (int k = 0; k < Stations; ++k) {
             for (int j = 0; j < programs; ++j) {
                 QByteArray program = "(PART)\r\n";
+                // Four stations at once on each name, a new one first.
                 for (int m = 0; m < Lines; ++m) {
-                    const int i =
-                        ((k % 2) * 7 + j * 3 + m * 11) % Names; // four stations at once on each
+                    const int i = ((k % 2) * 7 + j * 3 + (Lines - 1 - m) * 11) % Names;
                     ++expected[i];
                     counted[i] = true;
                     program += (m % 2 ? "/t" : "/T") + QByteArray::number(m + 1) + ' ' +
