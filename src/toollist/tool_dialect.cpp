@@ -137,8 +137,9 @@ public:
         return QStringLiteral("UPDATE tool_list SET tool = ?, util = ?, date = ? WHERE id = ?");
     }
     QString gridQuery() const override {
-        return QStringLiteral(
-            "SELECT tool, util, date, id FROM tool_list ORDER BY util DESC NULLS LAST, id");
+        // The date as the same text a file holds, not in the grid's locale.
+        return QStringLiteral("SELECT tool, util, to_char(date, 'YYYY-MM-DD HH24:MI:SS') AS date, "
+                              "id FROM tool_list ORDER BY util DESC NULLS LAST, id");
     }
     bool isBusy(const QSqlError &error) const override {
         return error.nativeErrorCode() == QLatin1String("55P03"); // lock_not_available

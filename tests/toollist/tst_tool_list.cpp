@@ -475,6 +475,7 @@ private slots:
         };
         QCOMPARE(model.columnCount(), 3);
         QCOMPARE(top(), QStringLiteral("ba"));
+        QCOMPARE(model.index(0, 2).data().toString(), Old); // as the table holds it
 
         s.send("/t1 a\r/t1 a\r/t1 new\r");
         QVERIFY2(s.screen.boxes.isEmpty(), qPrintable(s.boxes()));
