@@ -21,6 +21,51 @@ template <class T> void onModal(std::function<void(T *)> act) {
     });
 }
 
+// Accepts every message box the window opens while it lives, and keeps their texts.
+struct BoxTaker {
+    QStringList texts;
+    QTimer poll;
+    BoxTaker() {
+        QObject::connect(&poll, &QTimer::timeout, [this] {
+            if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+                texts << box->text();
+                box->accept();
+            }
+        });
+        poll.start(5);
+    }
+};
+
+// A window on a 303 control over the scripted port, with P.tap in its TapeDir.
+struct Station {
+    FakeLink f;
+    OperationState state;
+    std::unique_ptr<DncWindow> w;
+    Station(const QString &folder, const QString &commandLine) {
+        f.g.iniPath = folder + QStringLiteral("/dnc.ini");
+        QFile ini(f.g.iniPath);
+        if (!ini.open(QIODevice::WriteOnly))
+            qFatal("cannot write %s", qPrintable(ini.fileName()));
+        ini.write("[Default]\nPort=COM1:\nBaud=9600\nParity=E\nData=7\nStop=2\nCNC=303\nTapeDir=" +
+                  folder.toUtf8() + "\n");
+        ini.close();
+        f.comm.onOutput = [this](const QByteArray &) {
+            f.comm.inbox += "\x10"
+                            "7";
+        };
+        w = std::make_unique<DncWindow>(f.g, state, f.comm, f.timer, f.yield, commandLine);
+        w->show();
+    }
+    // Send, choosing P.tap in the quick choice.
+    void send() {
+        onModal<QInputDialog>([](QInputDialog *box) {
+            box->setTextValue(QStringLiteral("P"));
+            box->accept();
+        });
+        QTest::mouseClick(w->Command1[1], Qt::LeftButton);
+    }
+};
+
 } // namespace
 
 class TestWindowToolDb : public QObject {
@@ -28,6 +73,7 @@ class TestWindowToolDb : public QObject {
 private slots:
     void offAtStartUp_data();
     void offAtStartUp();
+    void serverGoneBetweenSends();
 };
 
 void TestWindowToolDb::offAtStartUp_data() {
@@ -60,18 +106,7 @@ void TestWindowToolDb::offAtStartUp() {
     QFETCH(QString, told);
     QFETCH(bool, comesBack);
     ToolDbFixture db{ToolDbEngine(engine)};
-    const QString program = db.program("(PART)\r\n/T4 DRILL\r\n%\r\nN10 G0 X0\r\n", "P.tap");
-    FakeLink f;
-    f.g.iniPath = db.folder() + QStringLiteral("/dnc.ini");
-    QFile ini(f.g.iniPath);
-    QVERIFY(ini.open(QIODevice::WriteOnly));
-    ini.write("[Default]\nPort=COM1:\nBaud=9600\nParity=E\nData=7\nStop=2\nCNC=303\nTapeDir=" +
-              db.folder().toUtf8() + "\n");
-    ini.close();
-    f.comm.onOutput = [&](const QByteArray &) {
-        f.comm.inbox += "\x10"
-                        "7";
-    };
+    db.program("(PART)\r\n/T4 DRILL\r\n%\r\nN10 G0 X0\r\n", "P.tap");
 
     // The database is named from its own folder: a temporary path may hold an option's letters.
     QString name = db.path();
@@ -87,40 +122,68 @@ void TestWindowToolDb::offAtStartUp() {
     if (fault == "locked")
         QVERIFY(db.exec("BEGIN EXCLUSIVE"));
 
-    QStringList boxes;
-    onModal<QMessageBox>([&](QMessageBox *box) {
-        boxes << box->text();
-        box->accept();
-    });
-    OperationState state;
-    DncWindow w(f.g, state, f.comm, f.timer, f.yield, "-b -d " + name);
-    w.show();
-    QCOMPARE(boxes.size(), 1);
-    QVERIFY2(boxes[0].contains(told) &&
-                 boxes[0].contains(comesBack ? "every send tries again"
-                                             : "until the program is started again"),
-             qPrintable(boxes[0]));
-    QCOMPARE(f.g.ToolDbEnabled, comesBack);
-    QVERIFY(!w.DBGrid1 || !w.DBGrid1->isVisible());
+    BoxTaker boxes;
+    Station s(db.folder(), "-b -d " + name);
+    QCOMPARE(boxes.texts.size(), 1);
+    QVERIFY2(boxes.texts[0].contains(told) &&
+                 boxes.texts[0].contains(comesBack ? "every send tries again"
+                                                   : "until the program is started again"),
+             qPrintable(boxes.texts[0]));
+    QCOMPARE(s.f.g.ToolDbEnabled, comesBack);
+    QVERIFY(!s.w->DBGrid1 || !s.w->DBGrid1->isVisible());
 
     if (fault == "locked")
         QVERIFY(db.exec("ROLLBACK"));
     if (fault == "stopped")
         QVERIFY(down->start());
-    onModal<QInputDialog>([](QInputDialog *box) {
-        box->setTextValue(QStringLiteral("P"));
-        box->accept();
-    });
-    QTest::mouseClick(w.Command1[1], Qt::LeftButton);
-    QVERIFY(f.comm.written().contains("/T4 DRILL\r")); // sent either way
-    QVERIFY2(boxes.size() == 1, qPrintable(boxes.join(u'|')));
+    s.send();
+    QVERIFY(s.f.comm.written().contains("/T4 DRILL\r")); // sent either way
+    QVERIFY2(boxes.texts.size() == 1, qPrintable(boxes.texts.join(u'|')));
     if (!comesBack) {
-        QVERIFY(!w.DBGrid1);
+        QVERIFY(!s.w->DBGrid1);
         return;
     }
-    QVERIFY(w.DBGrid1 && w.DBGrid1->isVisible());
-    QCOMPARE(w.DBGrid1->model()->index(0, 0).data().toString(), QStringLiteral("drill"));
-    QCOMPARE(w.DBGrid1->model()->index(0, 1).data().toInt(), 1);
+    QVERIFY(s.w->DBGrid1 && s.w->DBGrid1->isVisible());
+    QCOMPARE(s.w->DBGrid1->model()->index(0, 0).data().toString(), QStringLiteral("drill"));
+    QCOMPARE(s.w->DBGrid1->model()->index(0, 1).data().toInt(), 1);
+}
+
+// The server goes away while the window runs: the send that finds it gone says so, and so does
+// the grid, which hides; the program is sent all the same. Once the server is back, the next
+// send counts and the grid shows the shop's counts again, with no further message.
+void TestWindowToolDb::serverGoneBetweenSends() {
+    if (!testEngines().contains(ToolDbEngine::Postgres))
+        QSKIP("PostgreSQL is not in this run (DNC_TOOL_ENGINES)");
+    REQUIRE_TOOL_DB(ToolDbEngine::Postgres);
+    ToolDbFixture db(ToolDbEngine::Postgres);
+    db.program("(PART)\r\n/T4 DRILL\r\n%\r\nN10 G0 X0\r\n", "P.tap");
+    BoxTaker boxes;
+    Station s(db.folder(), "-b -d " + db.path());
+    s.send();
+    QVERIFY2(boxes.texts.isEmpty(), qPrintable(boxes.texts.join(u'|')));
+    QVERIFY(s.w->DBGrid1->isVisible());
+    {
+        PgServerStopped down;
+        QVERIFY(down.stopped);
+        s.f.comm.writes.clear();
+        s.send();
+        QVERIFY(s.f.comm.written().contains("N10 G0 X0\r"));
+        QCOMPARE(boxes.texts.size(), 2); // the count, then the grid
+        QVERIFY2(boxes.texts[0].contains("cannot be opened") &&
+                     boxes.texts[1].contains("every send tries again"),
+                 qPrintable(boxes.texts.join(u'|')));
+        QVERIFY(!s.w->DBGrid1->isVisible());
+        QVERIFY(down.start());
+    }
+    QVERIFY(db.connection().reopen());
+    QVERIFY(db.exec("INSERT INTO tool_list (tool, util, Date) VALUES ('mill', 7, now())"));
+    s.send();
+    QCOMPARE(boxes.texts.size(), 2);
+    QVERIFY(s.w->DBGrid1->isVisible());
+    QCOMPARE(s.w->DBGrid1->model()->index(0, 0).data().toString(), QStringLiteral("mill"));
+    QCOMPARE(s.w->DBGrid1->model()->index(1, 0).data().toString() +
+                 s.w->DBGrid1->model()->index(1, 1).data().toString(),
+             QStringLiteral("drill2"));
 }
 
 QTEST_MAIN(TestWindowToolDb)
