@@ -1,6 +1,6 @@
-// The window with a tool database that cannot be used at start-up. A lock or a server that is
-// away turns counting and the grid off with one message that says until when, and the first
-// send once it has passed brings both back; a database that needs mending stays off.
+// The window with a tool database that cannot be used, at start-up or later. A lock or a server
+// that is away turns counting and the grid off with a message that says until when, and the
+// first send once it has passed brings both back; a database that needs mending stays off.
 
 #include "dnc_window.h"
 #include "fake_link.h"
