@@ -17,3 +17,19 @@ function(dnc_add_test name)
     TIMEOUT ${T_TIMEOUT}
     ENVIRONMENT "${env}")
 endfunction()
+
+# dnc_add_engine_runs(NAME): a test whose cases run on both tool database engines is two CTest
+# tests: NAME on SQLite files, NAME_pg on the PostgreSQL test server (label postgres; one such
+# test at a time, since some stop and start the server).
+function(dnc_add_engine_runs name)
+  get_test_property(${name} ENVIRONMENT env)
+  get_test_property(${name} LABELS labels)
+  get_test_property(${name} TIMEOUT timeout)
+  set_tests_properties(${name} PROPERTIES ENVIRONMENT "${env};DNC_TOOL_ENGINES=sqlite")
+  add_test(NAME ${name}_pg COMMAND ${name})
+  set_tests_properties(${name}_pg PROPERTIES
+    LABELS "${labels};postgres"
+    TIMEOUT ${timeout}
+    RESOURCE_LOCK postgres
+    ENVIRONMENT "${env};DNC_TOOL_ENGINES=postgres")
+endfunction()

@@ -7,7 +7,7 @@ BUILD="$ROOT/build"
 # man-db and desktop-file-utils: the package test checks the manual page and the menu entry.
 PACKAGES=(build-essential cmake qt6-base-dev qt6-serialport-dev libqt6sql6-sqlite
           qt6-qpa-plugins libgl-dev fonts-dejavu-core xvfb xauth sqlite3 clang-format ccache
-          man-db desktop-file-utils)
+          man-db desktop-file-utils postgresql libqt6sql6-psql)
 
 install_deps() {
     local missing=()

@@ -25,7 +25,7 @@
 
 DncWindow::DncWindow(Globals &g, OperationState &state, Comm &comm, LinkTimer &timer, Yield &yield,
                      const QString &commandLine, QWidget *parent)
-    : QWidget(parent), m_g(g), m_state(state), m_timer(timer) {
+    : QWidget(parent), m_g(g), m_state(state), m_timer(timer), m_yield(yield) {
     createControls();
     m_screen = std::make_unique<WindowScreen>(this, Label1, Text1, List1);
     m_link = std::make_unique<Link>(Link{m_g, comm, m_timer, yield, *m_screen, m_dialog, m_state});
@@ -58,14 +58,15 @@ void DncWindow::Form_Load(const QString &commandLine) {
 void DncWindow::openToolDatabase() {
     if (!m_g.ToolDbEnabled)
         return;
-    const QString problem = checkToolDatabase(m_g.DatabasePath);
-    if (!problem.isEmpty()) {
-        // Counting into a database that cannot be used would fail at every send: say so once
-        // and go on without the tool list.
+    const ToolDbStart start = startToolDatabase(m_g.DatabasePath);
+    if (!start.message.isEmpty())
+        m_screen->msgBox(start.message, BoxIcon::Critical, QString());
+    if (!start.counting) {
         m_g.ToolDbEnabled = false;
-        m_screen->msgBox(problem, BoxIcon::Critical, QString());
         return;
     }
+    // A lock or a server that is away keeps the grid hidden; the next send tries again.
+    m_gridOff = !start.gridNow;
     const qreal dpi = logicalDpiX();
     DBGrid1 = new ToolGrid(m_g.DatabasePath, this);
     DBGrid1->setObjectName(QStringLiteral("DBGrid1"));
@@ -75,7 +76,7 @@ void DncWindow::openToolDatabase() {
     DBGrid1->raise();
     Label1->raise();
     setTabOrder(Command1[7], DBGrid1);
-    m_toolList = std::make_unique<ToolListUpdater>(m_g, *m_screen);
+    m_toolList = std::make_unique<ToolListUpdater>(m_g, *m_screen, DefaultBusyTimeoutMs, &m_yield);
     m_link->toolList = m_toolList.get();
 }
 
@@ -89,10 +90,16 @@ void DncWindow::Enable_cmd() {
         if (commandOffered(m_g.CncType, i))
             Command1[i]->setEnabled(true);
     Command2->setEnabled(true);
-    if (m_g.ToolDbEnabled && DBGrid1) {
+    if (m_g.ToolDbEnabled && DBGrid1 && !m_gridOff) {
         DBGrid1->show();
-        if (!DBGrid1->refresh())
-            m_screen->msgBox(DBGrid1->toolModel()->errorText(), BoxIcon::Critical, QString());
+        if (!DBGrid1->refresh()) {
+            DBGrid1->hide();
+            m_gridOff = true;
+            m_screen->msgBox(DBGrid1->toolModel()->errorText() +
+                                 QStringLiteral(" The tool list is not shown until it can be "
+                                                "read again; every send tries again."),
+                             BoxIcon::Critical, QString());
+        }
     }
 }
 
@@ -133,6 +140,9 @@ void DncWindow::frame(int index) {
         break;
     case 1:
         SendFile(*m_link);
+        // The send has reached the database or told why not: the grid may come back.
+        if (m_gridOff && DBGrid1)
+            m_gridOff = !DBGrid1->refresh();
         break;
     case 2:
         ReceiveFile(*m_link);

@@ -63,4 +63,6 @@ private:
     std::unique_ptr<ToolListUpdater> m_toolList;
     std::unique_ptr<Link> m_link;
     SerialDeviceScan m_deviceScan;
+    Yield &m_yield;
+    bool m_gridOff = false; // the grid could not be read; tried again after each send
 };

@@ -8,10 +8,7 @@
 #include <QSqlRecord>
 
 ToolListModel::ToolListModel(const QString &path, int busyTimeoutMs, QObject *parent)
-    : QSqlQueryModel(parent), m_connection(QStringLiteral("grid"), path, busyTimeoutMs) {
-    if (!m_connection.isOpen())
-        m_error = m_connection.error();
-}
+    : QSqlQueryModel(parent), m_name(path), m_busyTimeoutMs(busyTimeoutMs) {}
 
 ToolListModel::~ToolListModel() {
     // The query must let go of the connection before the connection is removed.
@@ -19,12 +16,25 @@ ToolListModel::~ToolListModel() {
 }
 
 bool ToolListModel::refresh() {
-    if (!m_connection.isOpen())
+    if (!m_connection)
+        m_connection =
+            std::make_unique<ToolDbConnection>(QStringLiteral("grid"), m_name, m_busyTimeoutMs);
+    if (m_connection->isOpen() && read())
+        return true;
+    // A lock only costs another wait; anything else may be a session the server has dropped.
+    if (m_connection->isOpen() && m_connection->dialect().isBusy(lastError()))
         return false;
-    // The rowid rides along as a last, hidden column: it is how an edit finds its row.
-    setQuery(QStringLiteral("SELECT tool_list.*, tool_list.rowid FROM tool_list "
-                            "ORDER BY tool_list.util DESC, tool_list.rowid"),
-             m_connection.database());
+    clear();
+    if (!m_connection->reopen()) {
+        m_error = m_connection->error();
+        return false;
+    }
+    return read();
+}
+
+bool ToolListModel::read() {
+    // The key rides along as a last, hidden column: it is how an edit finds its row.
+    setQuery(m_connection->dialect().gridQuery(), m_connection->database());
     // Fetch everything, so that no open read keeps a count from writing.
     while (canFetchMore())
         fetchMore();
@@ -42,7 +52,8 @@ Qt::ItemFlags ToolListModel::flags(const QModelIndex &index) const {
 }
 
 bool ToolListModel::setData(const QModelIndex &index, const QVariant &value, int role) {
-    if (role != Qt::EditRole || !index.isValid() || index.column() >= columnCount())
+    if (role != Qt::EditRole || !index.isValid() || index.column() >= columnCount() ||
+        !m_connection)
         return false;
     const QString field = record().fieldName(index.column());
     QVariant stored = value;
@@ -55,13 +66,14 @@ bool ToolListModel::setData(const QModelIndex &index, const QVariant &value, int
             return false;
         stored = int(*util);
     }
-    const QVariant rowid = record(index.row()).value(QSqlQueryModel::columnCount() - 1);
-    QSqlDatabase db = m_connection.database();
+    const QVariant key = record(index.row()).value(QSqlQueryModel::columnCount() - 1);
+    QSqlDatabase db = m_connection->database();
     QSqlQuery update(db);
-    update.prepare(QStringLiteral("UPDATE tool_list SET %1 = ? WHERE rowid = ?")
-                       .arg(db.driver()->escapeIdentifier(field, QSqlDriver::FieldName)));
+    update.prepare(QStringLiteral("UPDATE tool_list SET %1 = ? WHERE %2 = ?")
+                       .arg(db.driver()->escapeIdentifier(field, QSqlDriver::FieldName),
+                            m_connection->dialect().key()));
     update.addBindValue(stored);
-    update.addBindValue(rowid);
+    update.addBindValue(key);
     if (!update.exec()) {
         m_error = update.lastError().text();
         return false;

@@ -5,6 +5,7 @@
 #include "tool_db.h"
 
 #include <QSqlQueryModel>
+#include <memory>
 
 class ToolListModel : public QSqlQueryModel {
     Q_OBJECT
@@ -13,7 +14,8 @@ public:
                            QObject *parent = nullptr);
     ~ToolListModel() override;
 
-    // Reads the table anew. False, with errorText(), when it cannot be read.
+    // Reads the table anew, with the counts of every station. A connection that was lost
+    // (a server gone and back) is made anew once. False, with errorText(), when it cannot be read.
     bool refresh();
     QString errorText() const { return m_error; }
 
@@ -24,6 +26,11 @@ public:
     bool removeRows(int, int, const QModelIndex & = QModelIndex()) override { return false; }
 
 private:
-    ToolDbConnection m_connection;
+    bool read();
+
+    QString m_name;
+    int m_busyTimeoutMs;
+    // Opened at the first read, so that a server down at start-up costs one wait, not two.
+    std::unique_ptr<ToolDbConnection> m_connection;
     QString m_error;
 };

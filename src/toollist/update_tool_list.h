@@ -7,12 +7,17 @@
 
 class ToolListUpdater : public ToolListHook {
 public:
-    ToolListUpdater(Globals &g, Screen &screen, int busyTimeoutMs = DefaultBusyTimeoutMs)
-        : m_g(g), m_screen(screen), m_busyTimeoutMs(busyTimeoutMs) {}
+    // With a `yield`, the count runs on a thread of its own while the caller's events go on
+    // (the window paints while a lock is waited for); without one it runs on the caller's
+    // thread. Either way UpdateToolList returns only when the count has ended.
+    ToolListUpdater(Globals &g, Screen &screen, int busyTimeoutMs = DefaultBusyTimeoutMs,
+                    Yield *yield = nullptr)
+        : m_g(g), m_screen(screen), m_busyTimeoutMs(busyTimeoutMs), m_yield(yield) {}
     void UpdateToolList(const QString &file) override;
 
 private:
     Globals &m_g;
     Screen &m_screen;
     int m_busyTimeoutMs;
+    Yield *m_yield;
 };

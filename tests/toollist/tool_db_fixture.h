@@ -1,60 +1,136 @@
 #pragma once
-// A tool database made from the repository's schema in a temporary folder, with a connection
-// of the test's own.
+// A tool database made from the repository's schema, with a connection of the test's own: an
+// SQLite file in a temporary folder, or the table on the PostgreSQL test server that
+// ./scripts/test starts (DNC_PG_URI). Program files lie in the fixture's folder either way.
+
+#include "tool_db.h"
 
 #include <QtCore>
 #include <QtSql>
+#include <QtTest>
+
+// The engines a run covers: DNC_TOOL_ENGINES ("sqlite", "postgres", or both, separated by
+// commas), both when unset. CTest runs each engine as a test of its own.
+inline QList<ToolDbEngine> testEngines() {
+    const QString wanted = qEnvironmentVariable("DNC_TOOL_ENGINES", "sqlite,postgres");
+    QList<ToolDbEngine> engines;
+    if (wanted.contains(QLatin1String("sqlite")))
+        engines << ToolDbEngine::Sqlite;
+    if (wanted.contains(QLatin1String("postgres")))
+        engines << ToolDbEngine::Postgres;
+    return engines;
+}
+
+inline const char *engineName(ToolDbEngine engine) {
+    return engine == ToolDbEngine::Postgres ? "postgres" : "sqlite";
+}
+
+// A PostgreSQL case needs the test server: skipped without one, with the reason, except where
+// the server is required (./scripts/test sets DNC_PG_REQUIRED), where its absence fails.
+#define REQUIRE_TOOL_DB(engine)                                                                    \
+    do {                                                                                           \
+        if ((engine) == ToolDbEngine::Postgres && qEnvironmentVariableIsEmpty("DNC_PG_URI")) {     \
+            if (qEnvironmentVariableIsSet("DNC_PG_REQUIRED"))                                      \
+                QFAIL("DNC_PG_REQUIRED is set but DNC_PG_URI is not: no test server");             \
+            QSKIP("no PostgreSQL test server (DNC_PG_URI unset); ./scripts/test starts one");      \
+        }                                                                                          \
+    } while (false)
+
+// Stops the test server, or starts it again, through the script that made it.
+inline bool pgServer(const char *verb) {
+    return QProcess::execute(QStringLiteral("bash"),
+                             {qEnvironmentVariable("DNC_PG_CTL"), QString::fromLatin1(verb)}) == 0;
+}
+
+// The server is stopped while this lives and started again when it ends, whatever happened.
+struct PgServerStopped {
+    bool stopped = pgServer("stop");
+    ~PgServerStopped() { start(); }
+    bool start() { return !std::exchange(stopped, false) || pgServer("start"); }
+};
 
 class ToolDbFixture {
 public:
-    ToolDbFixture() {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_name);
-        db.setDatabaseName(path());
-        QFile schema(QStringLiteral(DNC_TOOL_SCHEMA));
-        if (!db.open() || !schema.open(QIODevice::ReadOnly))
-            qFatal("cannot make a database from %s", DNC_TOOL_SCHEMA);
+    explicit ToolDbFixture(ToolDbEngine engine = ToolDbEngine::Sqlite) : m_engine(engine) {
+        if (engine == ToolDbEngine::Sqlite) {
+            QFile file(path());
+            if (!file.open(QIODevice::WriteOnly))
+                qFatal("cannot make %s", qPrintable(path()));
+        }
+        m_db = std::make_unique<ToolDbConnection>(QStringLiteral("fixture"), path(), 5000);
+        QFile schema(QString::fromUtf8(engine == ToolDbEngine::Sqlite ? DNC_TOOL_SCHEMA
+                                                                      : DNC_TOOL_PG_SCHEMA));
+        if (!m_db->isOpen() || !schema.open(QIODevice::ReadOnly))
+            qFatal("cannot make a tool database: %s", qPrintable(m_db->error()));
+        if (engine == ToolDbEngine::Postgres) {
+            exec(QStringLiteral("SET client_min_messages = warning"));
+            exec(QStringLiteral("DROP TABLE IF EXISTS tool_list"));
+        }
         const QString sql = QString::fromUtf8(schema.readAll()).remove(QRegularExpression("--.*"));
         for (const QString &statement : sql.split(u';'))
             if (!statement.trimmed().isEmpty() && !exec(statement))
                 qFatal("the schema does not run");
     }
-    ~ToolDbFixture() {
-        QSqlDatabase::database(m_name, false).close();
-        QSqlDatabase::removeDatabase(m_name);
+    ToolDbEngine engine() const { return m_engine; }
+    bool postgres() const { return m_engine == ToolDbEngine::Postgres; }
+    // The database as -d names it.
+    QString path() const {
+        return postgres() ? qEnvironmentVariable("DNC_PG_URI")
+                          : m_dir.filePath(QStringLiteral("tools.db"));
     }
-    QString path() const { return m_dir.filePath(QStringLiteral("tools.db")); }
+    // A database of the same kind that does not exist.
+    QString missing() const {
+        if (!postgres())
+            return m_dir.filePath(QStringLiteral("none.db"));
+        QUrl url(path());
+        url.setPath(QStringLiteral("/dnc_none"));
+        return url.toString();
+    }
+    QString folder() const { return m_dir.path(); }
+    QString key() const { return m_db->dialect().key(); }
+    ToolDbConnection &connection() { return *m_db; }
 
-    // Runs one statement; `rows`, when given, gets each row of its result as fields joined by ':'.
-    bool exec(const QString &sql, const QVariantList &binds = {}, QStringList *rows = nullptr) {
-        QSqlQuery query(QSqlDatabase::database(m_name, false));
-        query.prepare(sql);
+    // Runs one statement ("{key}" stands for the row key); `rows`, when given, gets each row
+    // of its result as fields joined by ':', a time as yyyy-MM-dd HH:mm:ss.
+    bool exec(QString sql, const QVariantList &binds = {}, QStringList *rows = nullptr) {
+        QSqlQuery query(m_db->database());
+        sql.replace(QLatin1String("{key}"), key());
+        // A server prepares only queries and changes of rows, not DROP or CREATE.
+        if (!binds.isEmpty())
+            query.prepare(sql);
         for (const QVariant &value : binds)
             query.addBindValue(value);
-        if (!query.exec())
+        if (!(binds.isEmpty() ? query.exec(sql) : query.exec()))
             qWarning() << sql << query.lastError().text();
         while (rows && query.next()) {
             QStringList fields;
-            for (int i = 0; i < query.record().count(); ++i)
-                fields << query.value(i).toString();
+            for (int i = 0; i < query.record().count(); ++i) {
+                const QVariant v = query.value(i);
+                fields << (v.isNull() ? QString()
+                           : v.typeId() == QMetaType::QDateTime
+                               ? v.toDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"))
+                               : v.toString());
+            }
             *rows << fields.join(u':');
         }
         return query.isActive();
     }
-    QStringList
-    rows(const QString &sql = QStringLiteral("SELECT * FROM tool_list ORDER BY rowid")) {
+    QStringList rows(const QString &sql =
+                         QStringLiteral("SELECT tool, util, Date FROM tool_list ORDER BY {key}")) {
         QStringList result;
         exec(sql, {}, &result);
         return result;
     }
-    // A program file beside the database.
-    QString program(const QByteArray &bytes) {
-        QFile file(m_dir.filePath(QStringLiteral("p.tap")));
+    // A program file in the fixture's folder.
+    QString program(const QByteArray &bytes, const QString &name = QStringLiteral("p.tap")) {
+        QFile file(m_dir.filePath(name));
         if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
             qFatal("cannot write %s", qPrintable(file.fileName()));
         return file.fileName();
     }
 
 private:
+    ToolDbEngine m_engine;
     QTemporaryDir m_dir;
-    QString m_name = QStringLiteral("fixture_%1").arg(quintptr(this));
+    std::unique_ptr<ToolDbConnection> m_db;
 };

@@ -1,0 +1,111 @@
+#!/usr/bin/env bash
+# A throwaway PostgreSQL server for the tests and the benchmark: its own cluster in a temporary
+# folder, on 127.0.0.1 and a free port, with a database "dnc" owned by a role "dnc" that logs in
+# with a password (kept in a pgpass file of the cluster's own). PostgreSQL refuses to run as
+# root, so as root the server runs as the user postgres.
+#
+#   pg-cluster.sh run CMD [ARG...]   starts one, runs CMD with its variables, removes it again
+#   pg-cluster.sh stop | start       stops or restarts the server of $DNC_PG_DIR (for fault tests)
+#
+# Sourced, it offers pg_cluster_up (exports the variables below) and pg_cluster_down.
+#   DNC_PG_URI   postgresql://dnc@127.0.0.1:PORT/dnc, the database as -d names it
+#   PGPASSFILE   where libpq finds the role's password
+#   DNC_PG_DIR   the cluster's folder;  DNC_PG_CTL  this script
+# DNC_PG_DURABLE=1 keeps fsync on (the benchmark); the tests turn it off for speed.
+
+PG_CLUSTER_SCRIPT="$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)/$(basename "${BASH_SOURCE[0]}")"
+
+pg_bin() {
+    local bin
+    bin="$(ls -d /usr/lib/postgresql/*/bin 2>/dev/null | sort -V | tail -n 1)"
+    [ -x "$bin/pg_ctl" ] || { echo "PostgreSQL is not installed (package postgresql)" >&2; return 1; }
+    echo "$bin"
+}
+
+# Runs a server program as the cluster's owner, from a folder it may enter (pg_ctl needs one).
+pg_as_owner() {
+    if [ "$(id -u)" -eq 0 ]; then
+        (cd / && runuser -u postgres -- "$@")
+    else
+        (cd / && "$@")
+    fi
+}
+
+pg_server_start() {
+    pg_as_owner "$(pg_bin)/pg_ctl" -D "$DNC_PG_DIR/data" -l "$DNC_PG_DIR/server.log" -w -t 30 \
+        start >/dev/null
+}
+
+pg_server_stop() {
+    pg_as_owner "$(pg_bin)/pg_ctl" -D "$DNC_PG_DIR/data" -m fast -w -t 30 stop >/dev/null
+}
+
+pg_cluster_up() {
+    local bin dir port tries
+    bin="$(pg_bin)"
+    dir="$(mktemp -d /tmp/dnc-pg.XXXXXX)"
+    chmod 755 "$dir"
+    [ "$(id -u)" -ne 0 ] || chown postgres: "$dir"
+    export DNC_PG_DIR="$dir"
+    pg_as_owner "$bin/initdb" -D "$dir/data" -U postgres -E UTF8 --locale=C --no-sync \
+        --auth-local=trust --auth-host=scram-sha-256 >"$dir/initdb.log" 2>&1 || {
+        cat "$dir/initdb.log" >&2
+        return 1
+    }
+    local durable="off"
+    [ "${DNC_PG_DURABLE:-0}" != 1 ] || durable="on"
+    # A port nobody listens on; should another program take it first, the start fails and
+    # the next one is tried.
+    for tries in 1 2 3 4 5 6 7 8; do
+        port=$((20000 + RANDOM % 40000))
+        (: <"/dev/tcp/127.0.0.1/$port") 2>/dev/null && continue
+        cat >>"$dir/data/postgresql.conf" <<CONF
+listen_addresses = '127.0.0.1'
+port = $port
+unix_socket_directories = '$dir'
+fsync = $durable
+synchronous_commit = $durable
+full_page_writes = $durable
+CONF
+        pg_server_start && break
+        port=""
+    done
+    [ -n "$port" ] || { cat "$dir/server.log" >&2; return 1; }
+    pg_as_owner "$bin/psql" -X -q -h "$dir" -p "$port" -U postgres -d postgres -v ON_ERROR_STOP=1 \
+        -c "CREATE ROLE dnc LOGIN PASSWORD 'dnc-test'" -c "CREATE DATABASE dnc OWNER dnc" \
+        >/dev/null
+    printf '127.0.0.1:%s:*:dnc:dnc-test\n' "$port" >"$dir/pgpass"
+    chmod 600 "$dir/pgpass"
+    export PGPASSFILE="$dir/pgpass"
+    export DNC_PG_URI="postgresql://dnc@127.0.0.1:$port/dnc"
+    export DNC_PG_CTL="$PG_CLUSTER_SCRIPT"
+    echo "PostgreSQL test server: $DNC_PG_URI (cluster in $dir)"
+}
+
+pg_cluster_down() {
+    [ -n "${DNC_PG_DIR:-}" ] && [ -d "$DNC_PG_DIR" ] || return 0
+    pg_server_stop 2>/dev/null || true
+    rm -rf "$DNC_PG_DIR"
+    unset DNC_PG_DIR DNC_PG_URI PGPASSFILE
+}
+
+if [ "${BASH_SOURCE[0]}" = "$0" ]; then
+    set -euo pipefail
+    case "${1:-}" in
+    run)
+        shift
+        [ $# -gt 0 ] || { echo "usage: $0 run CMD [ARG...]" >&2; exit 2; }
+        trap pg_cluster_down EXIT
+        pg_cluster_up
+        status=0
+        "$@" || status=$?
+        exit "$status"
+        ;;
+    stop) pg_server_stop ;;
+    start) pg_server_start ;;
+    *)
+        echo "usage: $0 run CMD [ARG...] | stop | start" >&2
+        exit 2
+        ;;
+    esac
+fi
