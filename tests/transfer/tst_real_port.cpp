@@ -32,7 +32,6 @@ private slots:
         const B all = allBytesBut("\r"), blank("A\r\n\r\nB\r\n"), end = "\r" + Eot;
         const B spaces(" G1 X 10\tY2 \r\n   \r\nZ\r\n");
         const QStringList halt{"--halt-after-line", "2", "--halt-char", "3f", "--halt-ms", "150"};
-        row("303", C303, 1, numberedLines(3), "R\r" + numberedLines(3, "\r") + Eot, "");
         row("WaitXon", CXon + QStringList{"--xon-at-start"}, 3, numberedLines(3),
             Xon + numberedLines(3, "\r"), "");
         row("303, no line end", C303, 1, B("N10 G0"), "R\rN10 G0" + end, "");
@@ -93,8 +92,7 @@ private slots:
         QTest::addColumn<B>("got"); // what the control's program becomes in the file
         const B nc("N1 G0 X0\rN2 M30\r"), all = '\0' + allBytesBut("\r\x04") + "\rN2\r";
         const B got("N1 G0 X0\r\nN2 M30\r\n\r\n"), pc = "PC\r" + Go.repeated(3);
-        row("303", C303, nc, pc, got);
-        // The operator picks the second of the control's programs, PROG.NC.
+        // The operator picks the second of the control's programs, PROG.NC; a 303 sends its own.
         row("504", C504, nc, "MC,/ISO\r" + Go.repeated(3) + "PC,/ISO/PROG.NC\r" + Go.repeated(3),
             got);
         row("303, every byte value", C303, all, pc, B(all).replace("\r", "\r\n") + "\r\n");
