@@ -3,6 +3,7 @@
 #include "console_screen.h"
 #include "ctl_options.h"
 #include "ctl_outcome.h"
+#include "files.h"
 #include "line_overrides.h"
 #include "progress_line.h"
 #include "settings.h"
@@ -143,11 +144,7 @@ void TestCtlParts::overrides() {
     QTemporaryDir dir;
     Globals g;
     g.iniPath = dir.filePath("dnc.ini");
-    if (!ini.isEmpty()) {
-        QFile f(g.iniPath);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write("[Default]\n" + ini.toUtf8());
-    }
+    QVERIFY(ini.isEmpty() || writeFile(g.iniPath, "[Default]\n" + ini.toUtf8()));
     InitChoices(g);
     ReadSettings(g);
     const CtlParse p = parseCtlArguments(args + QStringList{"list"});

@@ -1,5 +1,6 @@
 // Send and receive through the real port, clock and event loop on a pseudo-terminal against
 // the virtual control: every byte that reaches the control, and the program saved.
+#include "files.h"
 #include "real_link.h"
 #include "rows.h"
 #include "transfer.h"
@@ -57,14 +58,14 @@ private slots:
         VControlProcess vc;
         QVERIFY2(vc.start(control), qPrintable(vc.errorString()));
         QTemporaryDir dir;
-        QFile out(dir.filePath(QStringLiteral("P.tap")));
-        QVERIFY(out.open(QIODevice::WriteOnly) && out.write(file) == file.size() && out.flush());
+        const QString path = dir.filePath(QStringLiteral("P.tap"));
+        QVERIFY(writeFile(path, file));
         QFETCH(int, type);
         RealLink r(vc.device(), qint16(type));
         r.g.ComSettings = QStringLiteral("COM1:115200,N,8,1");
         r.g.NoSpace = B(QTest::currentDataTag()).contains("NoSpace");
         r.g.WaitXon = B(QTest::currentDataTag()).contains("WaitXon");
-        SendData(r.link, out.fileName());
+        SendData(r.link, path);
 
         QFETCH(B, rx);
         QCOMPARE(vc.rxSettled(rx.size()), rx);
@@ -104,10 +105,8 @@ private slots:
         QFETCH(QStringList, control);
         QFETCH(B, program);
         QTemporaryDir store;
-        for (const char *name : {"A.NC", "PROG.NC"}) {
-            QFile f(store.filePath(name));
-            QVERIFY(f.open(QIODevice::WriteOnly) && f.write(program) == program.size());
-        }
+        for (const char *name : {"A.NC", "PROG.NC"})
+            QVERIFY(writeFile(store.filePath(name), program));
         VControlProcess vc;
         QVERIFY2(vc.start(control + QStringList{"--dir", store.path(), "--pc-program", "PROG.NC"}),
                  qPrintable(vc.errorString()));
@@ -121,9 +120,7 @@ private slots:
         QFETCH(B, rx);
         QCOMPARE(vc.rxSettled(rx.size()), rx);
         QFETCH(B, got);
-        QFile file(out.filePath("got.tap"));
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QCOMPARE(file.readAll(), got);
+        QCOMPARE(readFile(out.filePath("got.tap")), got);
         QCOMPARE(r.screen.text1, QString::fromLatin1(got.chopped(2)));
         QCOMPARE(r.screen.captions.last(), QString::number(got.size() - 2));
         QCOMPARE(leftOver(r), QString());
