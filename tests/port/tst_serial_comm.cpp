@@ -34,25 +34,26 @@ public:
     Unprivileged() {
         const passwd *me = ::getpwuid(::geteuid());
         m_user = me ? QString::fromLocal8Bit(me->pw_name) : QString();
-        if (::geteuid() != 0)
-            return;
-        const passwd *nobody = ::getpwnam("nobody");
-        if (!nobody) {
+        const passwd *nobody = ::geteuid() == 0 ? ::getpwnam("nobody") : nullptr;
+        if (::geteuid() == 0 && !nobody)
             m_why = QStringLiteral("there is no user nobody");
+        if (!nobody)
             return;
-        }
         m_groups.resize(::getgroups(0, nullptr));
         ::getgroups(int(m_groups.size()), m_groups.data());
+        m_root = true; // from here on the destructor gives root's rights back
         if (::setgroups(0, nullptr) != 0 || ::setegid(nobody->pw_gid) != 0 ||
-            ::seteuid(nobody->pw_uid) != 0) {
+            ::seteuid(nobody->pw_uid) != 0)
             m_why = QString::fromLocal8Bit(std::strerror(errno));
-            restore();
-            return;
-        }
-        m_dropped = true;
-        m_user = QString::fromLocal8Bit(nobody->pw_name);
+        else
+            m_user = QString::fromLocal8Bit(nobody->pw_name);
     }
-    ~Unprivileged() { restore(); }
+    ~Unprivileged() {
+        if (m_root && ::seteuid(0) != 0)
+            qFatal("cannot take root's rights back");
+        if (m_root && (::setegid(0) != 0 || ::setgroups(m_groups.size(), m_groups.data()) != 0))
+            qFatal("cannot take root's groups back");
+    }
     Unprivileged(const Unprivileged &) = delete;
     Unprivileged &operator=(const Unprivileged &) = delete;
 
@@ -61,17 +62,8 @@ public:
     QString user() const { return m_user; }
 
 private:
-    void restore() {
-        if (::geteuid() != 0 && (m_dropped || !m_why.isEmpty()) && ::seteuid(0) != 0)
-            qFatal("cannot take root's rights back");
-        if (m_dropped || !m_why.isEmpty()) {
-            (void)!::setegid(0);
-            (void)!::setgroups(m_groups.size(), m_groups.data());
-        }
-        m_dropped = false;
-    }
     std::vector<gid_t> m_groups;
-    bool m_dropped = false;
+    bool m_root = false;
     QString m_why;
     QString m_user;
 };
