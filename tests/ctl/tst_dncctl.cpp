@@ -170,22 +170,22 @@ void TestDncctl::commands_data() {
         QTest::newRow(name) << QString::fromLatin1(type) << QStringList() << args << rx << code
                             << out << QString() << programs << saved;
     };
-    row("send 303", "303", {"send", "@PART.tap"}, "R\\r" + PartOnWire + "\\x04\\r", 0, {}, withNew);
-    row("send 504", "504", {"send", "@PART.tap"}, "R\\r" + PartOnWire + "\\x04\\r", 0, {}, withNew);
-    row("send XonXoff", "XonXoff", {"send", "@PART.tap"}, "\\x11" + PartOnWire, 0, {},
+    row("send 303", "303", {"send", "@PART.tap"}, "R\r" + PartOnWire + "\x04\r", 0, {}, withNew);
+    row("send 504", "504", {"send", "@PART.tap"}, "R\r" + PartOnWire + "\x04\r", 0, {}, withNew);
+    row("send XonXoff", "XonXoff", {"send", "@PART.tap"}, "\x11" + PartOnWire, 0, {},
         Both + QStringList{"PROG1.LCC"});
-    row("receive 303 into a file", "303", {"receive", "@got.tap"}, "PC\\r" + Go + Go + Go, 0, {},
-        Both, "N1 G0 X0\\r\\nN2 M30\\r\\n\\r\\n");
+    row("receive 303 into a file", "303", {"receive", "@got.tap"}, "PC\r" + Go + Go + Go, 0, {},
+        Both, "N1 G0 X0\r\nN2 M30\r\n\r\n");
     row("receive 504 by name to standard output", "504", {"receive", "A1.NC", "-"},
-        listing + "PC,/ISO/A1.NC\\r" + Go + Go + Go, 0, "N1 G0 X0\\r\\nN2 M30\\r\\n\\r\\n");
+        listing + "PC,/ISO/A1.NC\r" + Go + Go + Go, 0, "N1 G0 X0\r\nN2 M30\r\n\r\n");
     row("receive 504, a name with a blank", "504", {"receive", "B 2.NC", "@got.tap"},
-        listing + "PC,/ISO/B 2.NC\\r" + Go + Go, 0, {}, Both, "N1\\r\\n\\r\\n");
+        listing + "PC,/ISO/B 2.NC\r" + Go + Go, 0, {}, Both, "N1\r\n\r\n");
     row("receive 504, name not listed", "504", {"receive", "NOPE", "@got.tap"}, listing, 6);
-    row("list 303", "303", {"list"}, "MC\\r" + Go + Go + Go, 0, "A1.NC\\nB 2.NC\\n");
-    row("list 504", "504", {"list"}, listing, 0, "A1.NC\\nB 2.NC\\n");
+    row("list 303", "303", {"list"}, "MC\r" + Go + Go + Go, 0, "A1.NC\nB 2.NC\n");
+    row("list 504", "504", {"list"}, listing, 0, "A1.NC\nB 2.NC\n");
     row("change 303", "303", {"change"}, "CC", 0);
     row("execute 303", "303", {"execute"}, "CE", 0);
-    row("delete 504", "504", {"delete", "B 2.NC"}, listing + "DC,/ISO/B 2.NC\\r" + Go, 0, {},
+    row("delete 504", "504", {"delete", "B 2.NC"}, listing + "DC,/ISO/B 2.NC\r" + Go, 0, {},
         {"A1.NC"});
     row("delete 504, name not listed", "504", {"delete", "NOPE"}, listing, 6);
     // Refused before the port is opened.
