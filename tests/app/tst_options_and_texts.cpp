@@ -55,7 +55,6 @@ void TstOptionsAndTexts::getParameter_data() {
     row("-x quoted, one blank at the end", "-x \"(\" ", typed, "");
     row("-x empty pair", "-x \"\"", typed, "x[]");
     row("-x quoted, blanks kept, glued", "-x \"a b\"\"c\"", typed, "x[a b|c]");
-    row("-x quoted, unquoted, more", "-x \"(\" ; -c 033", typed, "c2 x[(|;]");
     // Decided: an unclosed mark takes the rest of the line; an eleventh string is dropped.
     row("-d unclosed", "-d \"my db -c 033", typed, "c2 d[my db -c 033]");
     row("-x unclosed", "-x \"( -c", typed, "x[( -c]");
@@ -65,8 +64,6 @@ void TstOptionsAndTexts::getParameter_data() {
     row("args: empty", "-s \"\"", QStringList{"-s", ""}, "s[\"\"]");
     // An option keeps its meaning behind -x: the limit strings go last.
     row("args: -c behind -x", "-c 033 -x \"(\"", QStringList{"-x", "(", "-c", "033"}, "c2 x[(]");
-    row("args: -d behind -x", "-d tools.db -x \"(\"", QStringList{"-x", "(", "-d", "tools.db"},
-        "d[tools.db] x[(]");
     row("args: -b behind -x, two strings", "-d tools.db -b -x \"(\" \"-\"",
         QStringList{"-d", "tools.db", "-x", "(", "-", "-b"}, "d[tools.db] x[(|-] b");
     row("args: a repeated -x is ignored", "-c 033 -x \"a\"",
@@ -74,7 +71,6 @@ void TstOptionsAndTexts::getParameter_data() {
     row("args: -b as a limit string, in the line form", "-x \"(\" \"-b\"",
         QStringList{"-x \"(\" \"-b\""}, "x[(|-b] b");
     row("args: -x glued is no -x", "-x( a", QStringList{"-x(", "a"}, "x[(]");
-    row("args: the line in one", "-x \"(\" -b", QStringList{"-x \"(\" -b"}, "b");
 }
 
 void TstOptionsAndTexts::getParameter() {

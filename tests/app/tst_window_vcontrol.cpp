@@ -3,6 +3,7 @@
 
 #include "dnc_window.h"
 #include "event_loop_yield.h"
+#include "files.h"
 #include "qt_link_timer.h"
 #include "serial_comm.h"
 #include "tool_db_fixture.h"
@@ -23,23 +24,18 @@ void TstWindowVControl::sendByQuickChoiceCountsToolsAndReceiveSaves() {
     ToolDbFixture db;
     const QString folder = QFileInfo(db.path()).absolutePath();
     const QByteArray program = "(PART)\r\n/T4 DRILL 8.5\r\n%\r\nN10 G0 X0\r\nN20 M30\r\n";
-    QFile part(folder + QStringLiteral("/PART.tap"));
-    QVERIFY(part.open(QIODevice::WriteOnly) && part.write(program) == program.size());
-    part.close();
-
+    QVERIFY(writeFile(folder + QStringLiteral("/PART.tap"), program));
     QTemporaryDir store;
-    QVERIFY(QFile::copy(part.fileName(), store.filePath(QStringLiteral("O1"))));
+    QVERIFY(writeFile(store.filePath(QStringLiteral("O1")), program));
     VControlProcess vc;
     QVERIFY2(vc.start({"--type", "303", "--dir", store.path()}), qPrintable(vc.errorString()));
     qputenv("DNC_COM1", vc.device().toLocal8Bit());
 
     Globals g;
     g.iniPath = folder + QStringLiteral("/dnc.ini");
-    QFile ini(g.iniPath);
-    QVERIFY(ini.open(QIODevice::WriteOnly));
-    ini.write("[Default]\nPort=COM1:\nBaud=115200\nParity=N\nData=8\nStop=1\nCNC=303\nTapeDir=" +
-              folder.toUtf8() + "\nCNCDir=" + folder.toUtf8() + "\n");
-    ini.close();
+    QVERIFY(writeFile(g.iniPath, "[Default]\nPort=COM1:\nBaud=115200\nParity=N\nData=8\nStop=1\n"
+                                 "CNC=303\nTapeDir=" +
+                                     folder.toUtf8() + "\nCNCDir=" + folder.toUtf8() + "\n"));
     OperationState state;
     SerialComm comm;
     comm.setOperationState(&state);
@@ -70,9 +66,7 @@ void TstWindowVControl::sendByQuickChoiceCountsToolsAndReceiveSaves() {
         static_cast<QDialog *>(dialog)->accept();
     });
     QTest::mouseClick(w.Command1[2], Qt::LeftButton);
-    QFile got(saved);
-    QVERIFY(got.open(QIODevice::ReadOnly));
-    QCOMPARE(got.readAll(), program + "\r\n");
+    QCOMPARE(readFile(saved), program + "\r\n");
     QVERIFY(w.Command1[1]->isEnabled());
     QVERIFY(!comm.portOpen());
 }

@@ -1,6 +1,7 @@
 // dncctl run as a process, as a script would run it, against the virtual control through the
 // real port on a pseudo-terminal: the bytes that reach the control, the exit status, what
 // stands on standard output and error, and that the port was closed on every way out.
+#include "files.h"
 #include "pty_pair.h"
 #include "tool_db_fixture.h"
 #include "vcontrol_process.h"
@@ -42,7 +43,7 @@ struct Result {
     QByteArray err;
 };
 
-// A home for one run of dncctl: its settings folder, its files, its wire trace.
+// A home for one run of dncctl: its settings folder, its files (PART.tap), its wire trace.
 class Home {
 public:
     Home() {
@@ -50,6 +51,7 @@ public:
         m_env.insert("DNC_TRACE", path("trace.log"));
         m_env.insert("DNC_CLOCK_DIVISOR", "20"); // a 5 s time-out takes 250 ms
         m_env.remove("DNC_COM1");
+        writeFile(path("PART.tap"), Part);
     }
     QString path(const QString &name) const { return m_dir.filePath(name); }
     // "@name" stands for a file of this home.
@@ -60,13 +62,9 @@ public:
         return out;
     }
     void write(const QString &name, const QByteArray &bytes) const {
-        QFile f(path(name));
-        QVERIFY(f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size());
+        QVERIFY(writeFile(path(name), bytes));
     }
-    QByteArray read(const QString &name) const {
-        QFile f(path(name));
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-    }
+    QByteArray read(const QString &name) const { return readFile(path(name)); }
     // dnc.ini with one section [Shop] for the control on COM1:, which names `device`.
     void setUp(const QString &type, const QString &device, int baud = 115200) {
         write("dnc.ini", QStringLiteral("[Shop]\nPort=COM1:\nBaud=%1\nParity=N\nData=8\nStop=1\n"
@@ -76,7 +74,6 @@ public:
                              .toUtf8());
         m_env.insert("DNC_COM1", device);
     }
-    void setEnv(const QString &name, const QString &value) { m_env.insert(name, value); }
 
     // Starts dncctl; `during` runs while it works (e.g. to send it a signal).
     Result run(const QStringList &args, const std::function<void(QProcess &)> &during = {},
@@ -119,19 +116,14 @@ struct Control {
     VControlProcess vc;
     QTemporaryDir store;
     bool start(const QString &type, const QStringList &faults = {}) {
-        for (const auto &[name, bytes] : {std::pair{"A1.NC", A1}, std::pair{"B 2.NC", B2}}) {
-            QFile f(store.filePath(QString::fromLatin1(name)));
-            if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size())
+        for (const auto &[name, bytes] : {std::pair{"A1.NC", A1}, std::pair{"B 2.NC", B2}})
+            if (!writeFile(store.filePath(QString::fromLatin1(name)), bytes))
                 return false;
-        }
         return vc.start(QStringList{"--type", type, "--dir", store.path(), "--end-gap", "200"} +
                         faults);
     }
     QStringList programs() const { return QDir(store.path()).entryList(QDir::Files); }
-    QByteArray program(const QString &name) const {
-        QFile f(store.filePath(name));
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-    }
+    QByteArray program(const QString &name) const { return readFile(store.filePath(name)); }
 };
 
 const QStringList Both{"A1.NC", "B 2.NC"};
@@ -153,22 +145,30 @@ private slots:
     void toolDatabase();
 };
 
-void TestDncctl::commands_data() {
+namespace {
+// The columns of the commands' table and of the faults' table alike.
+void addColumns() {
     QTest::addColumn<QString>("type");
+    QTest::addColumn<QStringList>("faults"); // of the control
     QTest::addColumn<QStringList>("args");
     QTest::addColumn<QByteArray>("rx");        // all that the control read
     QTest::addColumn<int>("code");             // exit status
     QTest::addColumn<QByteArray>("out");       // standard output
-    QTest::addColumn<QStringList>("programs"); // the control's store afterwards
+    QTest::addColumn<QString>("err");          // a part of the reason given; empty: none
+    QTest::addColumn<QStringList>("programs"); // the control's store afterwards; empty: any
     QTest::addColumn<QByteArray>("saved");     // @got.tap afterwards; null: not there
+}
+} // namespace
 
+void TestDncctl::commands_data() {
+    addColumns();
     const QByteArray listing = "MC,/ISO\r" + Go + Go + Go;
     const QStringList withNew = Both + QStringList{"PROG1.NC"};
     const auto row = [](const char *name, const char *type, const QStringList &args,
                         const QByteArray &rx, int code, const QByteArray &out = {},
                         const QStringList &programs = Both, const QByteArray &saved = {}) {
-        QTest::newRow(name) << QString::fromLatin1(type) << args << rx << code << out << programs
-                            << saved;
+        QTest::newRow(name) << QString::fromLatin1(type) << QStringList() << args << rx << code
+                            << out << QString() << programs << saved;
     };
     row("send 303", "303", {"send", "@PART.tap"}, "R\r" + PartOnWire + "\x04\r", 0, {}, withNew);
     row("send 504", "504", {"send", "@PART.tap"}, "R\r" + PartOnWire + "\x04\r", 0, {}, withNew);
@@ -181,8 +181,6 @@ void TestDncctl::commands_data() {
     row("receive 504, a name with a blank", "504", {"receive", "B 2.NC", "@got.tap"},
         listing + "PC,/ISO/B 2.NC\r" + Go + Go, 0, {}, Both, "N1\r\n\r\n");
     row("receive 504, name not listed", "504", {"receive", "NOPE", "@got.tap"}, listing, 6);
-    row("receive 504, a listed name's prefix is no match", "504", {"receive", "A1", "-"}, listing,
-        6);
     row("list 303", "303", {"list"}, "MC\r" + Go + Go + Go, 0, "A1.NC\nB 2.NC\n");
     row("list 504", "504", {"list"}, listing, 0, "A1.NC\nB 2.NC\n");
     row("change 303", "303", {"change"}, "CC", 0);
@@ -194,26 +192,24 @@ void TestDncctl::commands_data() {
     row("change on 504: not offered", "504", {"change"}, {}, 8);
     row("execute on XonXoff: not offered", "XonXoff", {"execute"}, {}, 8);
     row("delete on 303: not offered", "303", {"delete", "A1.NC"}, {}, 8);
-    row("list on XonXoff: not offered", "XonXoff", {"list"}, {}, 8);
     row("receive on 303 with a name", "303", {"receive", "A1.NC", "@got.tap"}, {}, 2);
     row("receive on 504 without a name", "504", {"receive", "@got.tap"}, {}, 2);
-    row("change with a name", "303", {"change", "A1.NC"}, {}, 2);
     row("send a missing file", "303", {"send", "@none.tap"}, {}, 5);
-    row("send a folder", "303", {"send", "@"}, {}, 5);
     row("receive into a missing folder", "303", {"receive", "@no/such/got.tap"}, {}, 5);
 }
 
 void TestDncctl::commands() {
     QFETCH(QString, type);
+    QFETCH(QStringList, faults);
     QFETCH(QStringList, args);
     QFETCH(QByteArray, rx);
     QFETCH(int, code);
+    QFETCH(QString, err);
     QFETCH(QStringList, programs);
     QFETCH(QByteArray, saved);
     Control control;
-    QVERIFY2(control.start(type), qPrintable(control.vc.errorString()));
+    QVERIFY2(control.start(type, faults), qPrintable(control.vc.errorString()));
     Home home;
-    home.write("PART.tap", Part);
     home.setUp(type, control.vc.device());
 
     const Result r = home.run(QStringList{"-s", "Shop"} + args);
@@ -221,7 +217,9 @@ void TestDncctl::commands() {
     QTEST(r.out, "out");
     // Nothing but a reason on standard error, and only when something went wrong.
     QVERIFY2(r.err.isEmpty() == (code == 0), r.err.constData());
-    QTRY_COMPARE(control.programs(), programs);
+    QVERIFY2(QString::fromUtf8(r.err).contains(err), r.err.constData());
+    if (!programs.isEmpty())
+        QTRY_COMPARE(control.programs(), programs);
     QTest::qWait(50); // nothing more may follow
     control.vc.refresh();
     QCOMPARE(control.vc.rx(), rx);
@@ -236,73 +234,44 @@ void TestDncctl::commands() {
 }
 
 void TestDncctl::faults_data() {
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<QStringList>("faults"); // of the control
-    QTest::addColumn<QStringList>("args");
-    QTest::addColumn<QByteArray>("rx");
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("err"); // the reason given
-
+    addColumns();
     const QString timeout = QStringLiteral("Timeout - No answer from CNC");
     const QString gone = QStringLiteral("it was unplugged, or closed at the other end");
-    QTest::newRow("send 303 to a silent control: EOT all the same")
-        << "303" << QStringList{"--silent"} << QStringList{"send", "@PART.tap"}
-        << QByteArray("R\r\x04\r") << 3 << timeout;
-    QTest::newRow("receive from a silent 303")
-        << "303" << QStringList{"--silent"} << QStringList{"receive", "@got.tap"}
-        << QByteArray("PC\r" + Go) << 3 << timeout;
-    QTest::newRow("list a silent 504, in German")
-        << "504" << QStringList{"--silent"} << QStringList{"-c", "049", "list"}
-        << QByteArray("MC,/ISO\r" + Go) << 3
-        << QStringLiteral("Wartezeit überschritten - Keine Antwort von CNC erhalten");
-    QTest::newRow("delete on a silent 504")
-        << "504" << QStringList{"--silent"} << QStringList{"delete", "A1.NC"}
-        << QByteArray("MC,/ISO\r" + Go) << 3 << timeout;
-    QTest::newRow("send 303, the device vanishes")
-        << "303" << QStringList{"--crash-after-line", "3"} << QStringList{"send", "@PART.tap"}
-        << QByteArray("R\r" + firstLines(Part, 3)) << 4 << gone;
-    QTest::newRow("an absent device")
-        << "303" << QStringList{} << QStringList{"--port", "/dev/no-such-tty", "change"}
-        << QByteArray() << 4 << QStringLiteral("/dev/no-such-tty): cannot be opened");
+    const auto row = [](const char *name, const char *type, const QStringList &faults,
+                        const QStringList &args, const QByteArray &rx, int code,
+                        const QString &err) {
+        QTest::newRow(name) << QString(type) << faults << args << rx << code << QByteArray() << err
+                            << QStringList() << QByteArray();
+    };
+    const QStringList silent{"--silent"};
+    row("send 303 to a silent control: EOT all the same", "303", silent, {"send", "@PART.tap"},
+        "R\r\x04\r", 3, timeout);
+    row("receive from a silent 303", "303", silent, {"receive", "@got.tap"}, "PC\r" + Go, 3,
+        timeout);
+    row("list a silent 504, in German", "504", silent, {"-c", "049", "list"}, "MC,/ISO\r" + Go, 3,
+        QStringLiteral("Wartezeit überschritten - Keine Antwort von CNC erhalten"));
+    row("delete on a silent 504", "504", silent, {"delete", "A1.NC"}, "MC,/ISO\r" + Go, 3, timeout);
+    row("send 303, the device vanishes", "303", {"--crash-after-line", "3"}, {"send", "@PART.tap"},
+        "R\r" + firstLines(Part, 3), 4, gone);
+    row("an absent device", "303", {}, {"--port", "/dev/no-such-tty", "change"}, {}, 4,
+        QStringLiteral("/dev/no-such-tty): cannot be opened"));
 }
 
 void TestDncctl::faults() {
-    QFETCH(QString, type);
-    QFETCH(QStringList, faults);
-    QFETCH(QStringList, args);
-    QFETCH(QByteArray, rx);
-    QFETCH(QString, err);
-    Control control;
-    QVERIFY2(control.start(type, faults), qPrintable(control.vc.errorString()));
-    Home home;
-    home.write("PART.tap", Part);
-    home.setUp(type, control.vc.device());
-
-    const Result r = home.run(QStringList{"-s", "Shop"} + args);
-    QTEST(r.code, "code");
-    QVERIFY(r.out.isEmpty());
-    QVERIFY2(QString::fromUtf8(r.err).contains(err), r.err.constData());
-    QTest::qWait(50);
-    control.vc.refresh();
-    QCOMPARE(control.vc.rx(), rx);
-    QVERIFY(!QFile::exists(home.path("got.tap")));
-    QCOMPARE(home.traced("CLOSE"), home.traced("OPEN"));
+    commands();
 }
 
 void TestDncctl::interrupt_data() {
     QTest::addColumn<QString>("type");
     QTest::addColumn<QString>("command");
     QTest::addColumn<int>("signal");
-    QTest::newRow("SIGINT in a send to a 303") << "303"
-                                               << "send" << SIGINT;
-    QTest::newRow("SIGINT in a send to a 504") << "504"
-                                               << "send" << SIGINT;
-    QTest::newRow("SIGTERM in a send to a 303") << "303"
-                                                << "send" << SIGTERM;
-    QTest::newRow("SIGINT in a send to an XonXoff") << "XonXoff"
-                                                    << "send" << SIGINT;
-    QTest::newRow("SIGINT in a reception from a 303") << "303"
-                                                      << "receive" << SIGINT;
+    const auto row = [](const char *name, const char *type, const char *command, int signal) {
+        QTest::newRow(name) << QString(type) << QString(command) << signal;
+    };
+    row("SIGINT in a send to a 303", "303", "send", SIGINT);
+    row("SIGTERM in a send to a 504", "504", "send", SIGTERM);
+    row("SIGINT in a send to an XonXoff", "XonXoff", "send", SIGINT);
+    row("SIGINT in a reception from a 303", "303", "receive", SIGINT);
 }
 
 void TestDncctl::interrupt() {
@@ -312,10 +281,7 @@ void TestDncctl::interrupt() {
     const QByteArray program = longProgram();
     const QByteArray wire = QByteArray(program).replace("\r\n", "\r");
     Control control;
-    {
-        QFile f(control.store.filePath("LONG.NC"));
-        QVERIFY(f.open(QIODevice::WriteOnly) && f.write(wire) == wire.size());
-    }
+    QVERIFY(writeFile(control.store.filePath("LONG.NC"), wire));
     QVERIFY2(control.start(type, {"--pc-program", "LONG.NC"}),
              qPrintable(control.vc.errorString()));
     Home home;
@@ -376,7 +342,6 @@ void TestDncctl::progress() {
     Control control;
     QVERIFY2(control.start("303"), qPrintable(control.vc.errorString()));
     Home home;
-    home.write("PART.tap", Part);
     home.setUp("303", control.vc.device());
     PtyPair tty;
     QVERIFY2(tty.isOpen(), qPrintable(tty.error()));
@@ -422,9 +387,6 @@ void TestDncctl::overridesLeaveTheSettingsAlone() {
     r = home.run(QStringList{"-s", "Nowhere"} + line + QStringList{"change"});
     QCOMPARE(r.code, 8);
     QVERIFY2(r.err.contains("--cnc"), r.err.constData());
-    r = home.run({"-s", "Nowhere", "--port", control.vc.device(), "--cnc", "303", "change"});
-    QCOMPARE(r.code, 8);
-    QVERIFY2(r.err.contains("no Baud in section [Nowhere]"), r.err.constData());
     QCOMPARE(home.read("dnc.ini"), ini);
     QCOMPARE(home.traced("OPEN"), 1);
 
@@ -438,7 +400,6 @@ void TestDncctl::toolDatabase() {
     Control control;
     QVERIFY2(control.start("303"), qPrintable(control.vc.errorString()));
     Home home;
-    home.write("PART.tap", Part);
     home.setUp("303", control.vc.device());
     ToolDbFixture db;
 

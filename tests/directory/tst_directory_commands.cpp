@@ -80,7 +80,6 @@ private slots:
         row("space on the entry under the focus, which alone is none", Three, B("fs"), B("P1"));
         row("end key", Three, B("fe"), B("P 3"));
         row("down key", Three, B("fd"), B("P2"));
-        row("one entry", Chunks{"ONLY\r", "\x04"}, B("fs"), B("ONLY"));
         row("empty entry chosen", Chunks{"\r", "P2\r", "\x04"}, B("fs"), B());
         row("window closed", Three, B("x"), B());
     }
@@ -139,7 +138,6 @@ private slots:
         row("CE, XonXoff", Operation(ChangeExecute), 3, B());
         row("CC, no type read", Operation(ChangeContext), 0, B("CC"));
         row("delete, 303", Operation(DeleteContext), 1, B());
-        row("delete, XonXoff", Operation(DeleteContext), 3, B());
     }
     void notForThisControl() {
         QFETCH(Operation, operation);

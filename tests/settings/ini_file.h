@@ -2,6 +2,7 @@
 // A settings file of its own for each test, with fresh Globals pointing at it. Its folder does
 // not exist yet: the first write must make it.
 
+#include "files.h"
 #include "globals.h"
 #include "settings.h"
 
@@ -19,12 +20,7 @@ struct IniFile {
     }
     void write(const QByteArray &bytes) const {
         QDir().mkpath(dir.filePath(QStringLiteral("config")));
-        QFile f(path);
-        if (f.open(QIODevice::WriteOnly))
-            f.write(bytes);
+        writeFile(path, bytes);
     }
-    QByteArray read() const {
-        QFile f(path);
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-    }
+    QByteArray read() const { return readFile(path); }
 };

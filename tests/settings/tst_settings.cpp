@@ -41,7 +41,6 @@ void TstSettings::getProfile_data() {
     row("first of duplicate keys", QByteArray("[Default]\nPort=1\nPORT=2\n"), "1");
     row("repeated section", QByteArray("[Default]\n[B]\nPort=1\n[DEFAULT]\nPort=2"), "2");
     row("names are whole", QByteArray("[Default2]\nPort=1\n[Default]\nPortX=2\nPor=3"), "");
-    row("no sections", QByteArray("Port=COM1:\nBaud=9600\n"), "");
     row("cut to 254 characters", "[Default]\nPort=" + QString(300, u'\u00e9').toUtf8(),
         QString(254, u'\u00e9'));
     row("random bytes, then a section", noise + QByteArray("\n[Default]\nPort=2"), "2");
@@ -155,8 +154,6 @@ void TstSettings::readSettings_data() {
     readRow("keys and section in other case", {}, 2, 1, 0, Full, Section.toUpper());
     readRow("Port missing: nothing read", {"Port="}, 1, 7, 7, "old");
     readRow("BAUD missing", {}, 1, 7, 7, "COM3:", QByteArray(Section).replace("Baud=4800\n", ""));
-    readRow("PARITY empty", {"Parity="}, 1, 7, 7, "COM3:4800,");
-    readRow("DATA empty", {"Data="}, 1, 7, 7, "COM3:4800,O,");
     readRow("STOP empty", {"Stop="}, 1, 7, 7, "COM3:4800,O,7,");
     readRow("CNC in other case: type kept, flags read", {"CNC=xonxoff"}, 1, 1, 0);
     readRow("Port without colon", {"Port=COM3"}, 2, 1, 0, "COM34800,O,7,2");
@@ -219,15 +216,12 @@ void TstSettings::portDevice_data() {
     row("no file", "", QString(), "/dev/ttyS1");
     row("no entry", "[Default]\nPort=COM2:\n", QString(), "/dev/ttyS1");
     row("[Ports] names it", ports, QString(), byId);
-    row("names in any case, blanks around", "[ports]\ncom2 = /dev/ttyUSB0 \n", QString(),
-        "/dev/ttyUSB0");
     row("another port's entry", "[Ports]\nCOM1=/dev/ttyUSB0\nCOM3=/dev/ttyUSB1\n", QString(),
         "/dev/ttyS1");
     row("empty entry", "[Ports]\nCOM2=\n", QString(), "/dev/ttyS1");
     row("not in the configuration's section", "[Shop]\nCOM2=/dev/ttyUSB0\n", QString(),
         "/dev/ttyS1");
     row("environment before [Ports]", ports, "/dev/pts/7", "/dev/pts/7");
-    row("environment without a file", "", "/dev/pts/7", "/dev/pts/7");
     row("empty environment counts as unset", ports, "", byId);
 }
 

@@ -32,8 +32,7 @@ public:
     // The far end reacts to a write (e.g. answers a line).
     std::function<void(const QByteArray &)> onOutput;
 
-    // Faults: opening fails, or the device fails from now on (each member throws).
-    std::optional<CommError> openError;
+    // Set once the device has failed: from then on each member that can fail throws it.
     std::optional<CommError> deviceError;
 
     // A fault at a chosen step: the `faultAt`-th call (from 1) of the members that can fail

@@ -1,5 +1,6 @@
 // What the program's tests take on trust from the virtual control: X-on/X-off pacing at the
 // machine's rate, with every overrun counted.
+#include "files.h"
 #include "vcontrol_process.h"
 #include "wire_chars.h"
 
@@ -61,9 +62,7 @@ private slots:
             QThread::msleep(1); // faster than the machine, but it has time to say X-off
         }
         QVERIFY(vc.waitForEvent("STORED", 1, 10000));
-        QFile f(store.filePath("PROG1.LCC"));
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        const QByteArray stored = f.readAll();
+        const QByteArray stored = readFile(store.filePath("PROG1.LCC"));
         const QStringList overruns = vc.eventTexts("OVERRUN");
         QCOMPARE(overruns.isEmpty(), obey);
         QCOMPARE(stored.size() + (obey ? 0 : overruns.last().section(' ', 2, 2).toInt()),

@@ -1,5 +1,6 @@
 // Send and receive through the real port, clock and event loop on a pseudo-terminal against
 // the virtual control: every byte that reaches the control, and the program saved.
+#include "files.h"
 #include "real_link.h"
 #include "rows.h"
 #include "transfer.h"
@@ -32,7 +33,6 @@ private slots:
         const B all = allBytesBut("\r"), blank("A\r\n\r\nB\r\n"), end = "\r" + Eot;
         const B spaces(" G1 X 10\tY2 \r\n   \r\nZ\r\n");
         const QStringList halt{"--halt-after-line", "2", "--halt-char", "3f", "--halt-ms", "150"};
-        row("303", C303, 1, numberedLines(3), "R\r" + numberedLines(3, "\r") + Eot, "");
         row("WaitXon", CXon + QStringList{"--xon-at-start"}, 3, numberedLines(3),
             Xon + numberedLines(3, "\r"), "");
         row("303, no line end", C303, 1, B("N10 G0"), "R\rN10 G0" + end, "");
@@ -58,14 +58,14 @@ private slots:
         VControlProcess vc;
         QVERIFY2(vc.start(control), qPrintable(vc.errorString()));
         QTemporaryDir dir;
-        QFile out(dir.filePath(QStringLiteral("P.tap")));
-        QVERIFY(out.open(QIODevice::WriteOnly) && out.write(file) == file.size() && out.flush());
+        const QString path = dir.filePath(QStringLiteral("P.tap"));
+        QVERIFY(writeFile(path, file));
         QFETCH(int, type);
         RealLink r(vc.device(), qint16(type));
         r.g.ComSettings = QStringLiteral("COM1:115200,N,8,1");
         r.g.NoSpace = B(QTest::currentDataTag()).contains("NoSpace");
         r.g.WaitXon = B(QTest::currentDataTag()).contains("WaitXon");
-        SendData(r.link, out.fileName());
+        SendData(r.link, path);
 
         QFETCH(B, rx);
         QCOMPARE(vc.rxSettled(rx.size()), rx);
@@ -93,8 +93,7 @@ private slots:
         QTest::addColumn<B>("got"); // what the control's program becomes in the file
         const B nc("N1 G0 X0\rN2 M30\r"), all = '\0' + allBytesBut("\r\x04") + "\rN2\r";
         const B got("N1 G0 X0\r\nN2 M30\r\n\r\n"), pc = "PC\r" + Go.repeated(3);
-        row("303", C303, nc, pc, got);
-        // The operator picks the second of the control's programs, PROG.NC.
+        // The operator picks the second of the control's programs, PROG.NC; a 303 sends its own.
         row("504", C504, nc, "MC,/ISO\r" + Go.repeated(3) + "PC,/ISO/PROG.NC\r" + Go.repeated(3),
             got);
         row("303, every byte value", C303, all, pc, B(all).replace("\r", "\r\n") + "\r\n");
@@ -106,10 +105,8 @@ private slots:
         QFETCH(QStringList, control);
         QFETCH(B, program);
         QTemporaryDir store;
-        for (const char *name : {"A.NC", "PROG.NC"}) {
-            QFile f(store.filePath(name));
-            QVERIFY(f.open(QIODevice::WriteOnly) && f.write(program) == program.size());
-        }
+        for (const char *name : {"A.NC", "PROG.NC"})
+            QVERIFY(writeFile(store.filePath(name), program));
         VControlProcess vc;
         QVERIFY2(vc.start(control + QStringList{"--dir", store.path(), "--pc-program", "PROG.NC"}),
                  qPrintable(vc.errorString()));
@@ -123,9 +120,7 @@ private slots:
         QFETCH(B, rx);
         QCOMPARE(vc.rxSettled(rx.size()), rx);
         QFETCH(B, got);
-        QFile file(out.filePath("got.tap"));
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QCOMPARE(file.readAll(), got);
+        QCOMPARE(readFile(out.filePath("got.tap")), got);
         QCOMPARE(r.screen.text1, QString::fromLatin1(got.chopped(2)));
         QCOMPARE(r.screen.captions.last(), QString::number(got.size() - 2));
         QCOMPARE(leftOver(r), QString());

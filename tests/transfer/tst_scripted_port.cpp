@@ -1,6 +1,7 @@
 // Transfers over the scripted port and clock, read by read: the waits, the lines as read from
 // the file, every way through SendData and ReceiveFile, and the files chosen and saved.
 #include "chunk_script.h"
+#include "files.h"
 #include "nc_line_reader.h"
 #include "profile.h"
 #include "rows.h"
@@ -31,9 +32,7 @@ struct Run : ToolListHook {
         f.g.TextTable[TimeoutMessage * 5 + 1] = Timeout;
         f.timer.ms = 2000; // as start-up leaves it for "504"
         f.link.toolList = this;
-        QFile file(path);
-        if (file.open(QIODevice::WriteOnly))
-            file.write(content);
+        writeFile(path, content);
     }
     void UpdateToolList(const QString &file) override {
         if (f.comm.opens == 0 && f.screen.pointers.isEmpty())
@@ -306,8 +305,7 @@ private slots:
         } else if (answer.isEmpty()) {
             QCOMPARE(QDir(r.dir.path()).entryList(QDir::Files), files);
         } else {
-            QVERIFY(file.open(QIODevice::ReadOnly));
-            QCOMPARE(file.readAll(), B("N1\r\nN2\r\n"));
+            QCOMPARE(readFile(file.fileName()), B("N1\r\nN2\r\n"));
         }
     }
 };
