@@ -7,9 +7,13 @@
 #include <QtTest>
 #include <optional>
 
+#include <csignal>
+#include <fcntl.h>
 #include <grp.h>
 #include <pwd.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #define OPEN_PTY(pty)                                                                              \
@@ -27,6 +31,43 @@ template <typename F> std::optional<CommError> thrown(F f) {
     return std::nullopt;
 }
 
+// Another program that holds the device with an exclusive open (TIOCEXCL), as terminal
+// programs do: a child process that opens it and waits to be killed.
+class ExclusiveHolder {
+public:
+    explicit ExclusiveHolder(const QString &path) {
+        const QByteArray name = QFile::encodeName(path);
+        int ready[2];
+        if (::pipe(ready) != 0)
+            return;
+        m_pid = ::fork();
+        if (m_pid == 0) {
+            const int fd = ::open(name.constData(), O_RDWR | O_NOCTTY);
+            const char ok = fd >= 0 && ::ioctl(fd, TIOCEXCL) == 0 ? 'y' : 'n';
+            (void)!::write(ready[1], &ok, 1);
+            for (;;)
+                ::pause();
+        }
+        ::close(ready[1]);
+        char ok = 'n';
+        m_holding = m_pid > 0 && ::read(ready[0], &ok, 1) == 1 && ok == 'y';
+        ::close(ready[0]);
+    }
+    ~ExclusiveHolder() {
+        if (m_pid > 0) {
+            ::kill(m_pid, SIGKILL);
+            ::waitpid(m_pid, nullptr, 0);
+        }
+    }
+    ExclusiveHolder(const ExclusiveHolder &) = delete;
+    ExclusiveHolder &operator=(const ExclusiveHolder &) = delete;
+    bool holding() const { return m_holding; }
+
+private:
+    pid_t m_pid = -1;
+    bool m_holding = false;
+};
+
 // While alive, a test run by root has the rights of the user nobody (as far as opening files
 // goes), so that it meets what an operator meets. Others keep their own rights.
 class Unprivileged {
@@ -34,26 +75,25 @@ public:
     Unprivileged() {
         const passwd *me = ::getpwuid(::geteuid());
         m_user = me ? QString::fromLocal8Bit(me->pw_name) : QString();
-        const passwd *nobody = ::geteuid() == 0 ? ::getpwnam("nobody") : nullptr;
-        if (::geteuid() == 0 && !nobody)
-            m_why = QStringLiteral("there is no user nobody");
-        if (!nobody)
+        if (::geteuid() != 0)
             return;
+        const passwd *nobody = ::getpwnam("nobody");
+        if (!nobody) {
+            m_why = QStringLiteral("there is no user nobody");
+            return;
+        }
         m_groups.resize(::getgroups(0, nullptr));
         ::getgroups(int(m_groups.size()), m_groups.data());
-        m_root = true; // from here on the destructor gives root's rights back
         if (::setgroups(0, nullptr) != 0 || ::setegid(nobody->pw_gid) != 0 ||
-            ::seteuid(nobody->pw_uid) != 0)
+            ::seteuid(nobody->pw_uid) != 0) {
             m_why = QString::fromLocal8Bit(std::strerror(errno));
-        else
-            m_user = QString::fromLocal8Bit(nobody->pw_name);
+            restore();
+            return;
+        }
+        m_dropped = true;
+        m_user = QString::fromLocal8Bit(nobody->pw_name);
     }
-    ~Unprivileged() {
-        if (m_root && ::seteuid(0) != 0)
-            qFatal("cannot take root's rights back");
-        if (m_root && (::setegid(0) != 0 || ::setgroups(m_groups.size(), m_groups.data()) != 0))
-            qFatal("cannot take root's groups back");
-    }
+    ~Unprivileged() { restore(); }
     Unprivileged(const Unprivileged &) = delete;
     Unprivileged &operator=(const Unprivileged &) = delete;
 
@@ -62,8 +102,17 @@ public:
     QString user() const { return m_user; }
 
 private:
+    void restore() {
+        if (::geteuid() != 0 && (m_dropped || !m_why.isEmpty()) && ::seteuid(0) != 0)
+            qFatal("cannot take root's rights back");
+        if (m_dropped || !m_why.isEmpty()) {
+            (void)!::setegid(0);
+            (void)!::setgroups(m_groups.size(), m_groups.data());
+        }
+        m_dropped = false;
+    }
     std::vector<gid_t> m_groups;
-    bool m_root = false;
+    bool m_dropped = false;
     QString m_why;
     QString m_user;
 };
@@ -197,16 +246,34 @@ private slots:
         QVERIFY2(rx.match(text).hasMatch(), qPrintable(text));
     }
 
-    // The port asks the settings for its own number's device (precedence: tst_settings).
+    void deviceOfPort_data() {
+        QTest::addColumn<QString>("env");        // DNC_COM3; null: unset
+        QTest::addColumn<QString>("configured"); // what the settings name for COM3:
+        QTest::addColumn<QString>("device");
+        QTest::newRow("default") << QString() << QString() << "/dev/ttyS2";
+        QTest::newRow("settings") << QString() << "/dev/serial/by-id/usb-X"
+                                  << "/dev/serial/by-id/usb-X";
+        QTest::newRow("environment first") << "/dev/pts/9"
+                                           << "/dev/ttyUSB0"
+                                           << "/dev/pts/9";
+    }
     void deviceOfPort() {
+        QFETCH(QString, env);
+        QFETCH(QString, configured);
+        if (!env.isNull())
+            qputenv("DNC_COM3", env.toLocal8Bit());
         SerialComm comm;
         QList<int> asked;
         comm.setConfiguredDevices([&](int port) {
             asked << port;
-            return port == 3 ? QStringLiteral("/dev/serial/by-id/usb-X") : QStringLiteral("/dev/x");
+            return port == 3 ? configured : QStringLiteral("/dev/wrong");
         });
         comm.setCommPort(3);
-        QCOMPARE(comm.deviceName(), QStringLiteral("COM3: (/dev/serial/by-id/usb-X)"));
+        const QString path = comm.devicePath();
+        const QString name = comm.deviceName();
+        qunsetenv("DNC_COM3");
+        QTEST(path, "device");
+        QCOMPARE(name, "COM3: (" + path + ")");
         QVERIFY(asked.contains(3) && !asked.contains(1));
     }
 
@@ -241,7 +308,8 @@ private slots:
         const QStringList denied{"cannot be opened: the user %user may not open it",
                                  "sudo adduser %user dialout", "log out and in again"};
         QTest::newRow("absent") << "absent" << absent;
-        QTest::newRow("busy: another program holds it") << "locked" << busy;
+        QTest::newRow("busy: another port holds it") << "locked" << busy;
+        QTest::newRow("busy: another process's exclusive open") << "exclusive" << busy;
         QTest::newRow("no permission: the group dialout may")
             << "group" << (denied + QStringList{"The group dialout may open it"});
         QTest::newRow("no permission: no group may")
@@ -264,9 +332,14 @@ private slots:
         const bool root = ::geteuid() == 0;
 
         SerialComm holder(pty.slavePath());
-        if (kind == QLatin1String("locked")) {
+        std::optional<ExclusiveHolder> exclusive;
+        if (kind == QLatin1String("locked") || kind == QLatin1String("exclusive"))
             QVERIFY(::chmod(slave, 0666) == 0); // only the other's hold stands in the way
+        if (kind == QLatin1String("locked")) {
             holder.setPortOpen(true);
+        } else if (kind == QLatin1String("exclusive")) {
+            exclusive.emplace(pty.slavePath());
+            QVERIFY2(exclusive->holding(), "the other process could not take the device");
         } else if (kind == QLatin1String("group")) {
             const group *dialout = ::getgrnam("dialout");
             if (!root || !dialout)
