@@ -10,7 +10,7 @@ constexpr char XOFF = 0x13;
 } // namespace
 
 XonXoffControl::XonXoffControl(const Options &o, Wire &w, ProgramStore &store)
-    : m_o(o), m_w(w), m_store(store) {}
+    : m_o(o), m_w(w), m_store(store), m_charUs(o.baud > 0 ? 10e6 / double(o.baud) : 0) {}
 
 void XonXoffControl::tx(char c) {
     if (!m_o.silent)
@@ -22,7 +22,8 @@ void XonXoffControl::run() {
         int64_t now = nowUs();
         drain(now);
         resumeIfDue(now);
-        if (m_inProgram && fill() == 0 && !held() &&
+        deliver(now);
+        if (m_inProgram && fill() == 0 && !held() && m_w.inbox().empty() &&
             now - m_w.lastRxUs() >= int64_t(m_o.endGapMs) * 1000)
             finish();
 
@@ -32,17 +33,38 @@ void XonXoffControl::run() {
             until = now + std::clamp<int64_t>(1000000 / m_o.rate, 1000, 5000);
             m_w.busy();
         }
+        if (!m_w.inbox().empty()) {
+            // The next character off the line; a few at a time on a fast one.
+            until = std::min(until, std::max(now + 100, int64_t(m_lineFree + m_charUs) + 1));
+            m_w.busy();
+        }
         if (m_haltUntil >= 0) {
             until = std::min(until, m_haltUntil);
             m_w.busy();
         }
         if (m_inProgram && fill() == 0)
             until = std::min(until, m_w.lastRxUs() + int64_t(m_o.endGapMs) * 1000);
-        if (m_w.receive(until)) {
-            std::string chunk(m_w.inbox());
-            m_w.consume(chunk.size());
+        const bool idleLine = m_w.inbox().empty();
+        if (m_w.receive(until) && idleLine)
+            m_lineFree = std::max(m_lineFree, double(nowUs())); // the line starts on it now
+    }
+}
+
+void XonXoffControl::deliver(int64_t now) {
+    if (m_o.baud == 0) {
+        std::string chunk(m_w.inbox());
+        m_w.consume(chunk.size());
+        if (!chunk.empty())
             take(chunk);
-        }
+        return;
+    }
+    // One character per character time: each is seen alone, so an X-off goes out right
+    // behind the character that filled the buffer, and what follows counts as after it.
+    while (!m_w.inbox().empty() && m_lineFree + m_charUs <= double(now)) {
+        m_lineFree += m_charUs;
+        std::string one(m_w.inbox().substr(0, 1));
+        m_w.consume(1);
+        take(one);
     }
 }
 

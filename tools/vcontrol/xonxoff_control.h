@@ -23,6 +23,8 @@ public:
 private:
     size_t fill() const { return m_program.size() - m_drained; }
     bool held() const { return m_xoffSent || m_haltUntil >= 0; }
+    // Hands what has come to take(): at once, or at the line's speed (--baud).
+    void deliver(int64_t now);
     void take(std::string_view chunk);
     void drain(int64_t now);
     void resumeIfDue(int64_t now);
@@ -32,6 +34,8 @@ private:
     const Options &m_o;
     Wire &m_w;
     ProgramStore &m_store;
+    double m_charUs;       // time of one character on the line; 0: no line speed
+    double m_lineFree = 0; // when the line has carried the last character handed over
     std::string m_program; // every character accepted, in order
     size_t m_drained = 0;  // how many of them the machine has taken
     double m_credit = 0;   // characters the machine may take and has not yet
