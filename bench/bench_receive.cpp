@@ -1,18 +1,23 @@
 // Time and peak memory to receive a program and to map a directory from the virtual control,
-// at half and at full size, to show that the cost grows in proportion.
-//   bench_receive                      the four figures, each measured in a process of its own
-//   bench_receive receive|map SIZE     one figure: SIZE bytes of program, or SIZE entries
+// at half and at full size, to show that the cost grows in proportion; then the same receive
+// through the window's own screen and widgets (offscreen) beside it through a recording screen.
+//   bench_receive                            all figures, each measured in a process of its own
+//   bench_receive receive|window|map SIZE    one figure: SIZE bytes of program, or SIZE entries
 #include "directory.h"
+#include "dnc_window.h"
 #include "real_link.h"
 #include "transfer.h"
 #include "vcontrol_process.h"
+#include "window_screen.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <algorithm>
 #include <cstdio>
+#include <memory>
 #include <sys/resource.h>
 
 namespace {
@@ -51,6 +56,14 @@ public:
     QString last;
 };
 
+// The window's screen over the window's real widgets; the operator names the file at once.
+class SavingWindowScreen : public WindowScreen {
+public:
+    using WindowScreen::WindowScreen;
+    QString savePath;
+    QString showSave(const FileDialogRequest &) override { return savePath; }
+};
+
 template <typename Run> void measure(Run run) {
     resetPeak();
     const qint64 before = statusKiB("VmRSS:");
@@ -68,7 +81,7 @@ void startControl(VControlProcess &vc, const char *type, const QTemporaryDir &st
         qFatal("%s", qPrintable(vc.errorString()));
 }
 
-void receive(qint64 bytes) {
+void receive(qint64 bytes, bool window) {
     QTemporaryDir store, out;
     QFile f(store.filePath("BIG.NC"));
     if (!f.open(QIODevice::WriteOnly))
@@ -79,14 +92,26 @@ void receive(qint64 bytes) {
     VControlProcess vc;
     startControl(vc, "303", store);
     RealLink r(vc.device(), 1, 1);
-    r.g.ComSettings = kFastLine;
-    BenchScreen screen;
-    screen.saveAnswers.push_back(out.filePath("got.tap"));
-    Link link{r.g, r.comm, r.timer, r.yield, screen, r.dialog, r.state};
     r.g.iniPath = out.filePath("dnc.ini");
+    const QString saved = out.filePath("got.tap");
+    std::unique_ptr<DncWindow> w;
+    std::unique_ptr<Screen> screen;
+    if (window) {
+        w = std::make_unique<DncWindow>(r.g, r.state, r.comm, r.timer, r.yield, QString());
+        w->show();
+        auto s = std::make_unique<SavingWindowScreen>(w.get(), w->Label1, w->Text1, w->List1);
+        s->savePath = saved;
+        screen = std::move(s);
+    } else {
+        auto s = std::make_unique<BenchScreen>();
+        s->saveAnswers.push_back(saved);
+        screen = std::move(s);
+    }
+    r.g.ComSettings = kFastLine;
+    Link link{r.g, r.comm, r.timer, r.yield, *screen, r.dialog, r.state};
     measure([&] {
         ReceiveFile(link);
-        return QFile(out.filePath("got.tap")).size();
+        return QFile(saved).size();
     });
 }
 
@@ -109,22 +134,61 @@ void map(int entries) {
     });
 }
 
-void row(const char *what, const QString &mode, qint64 size) {
+struct Figures {
+    QByteArray size, wall, cpu, peak;
+};
+
+Figures run(const char *what, const QString &mode, qint64 size) {
     QProcess child;
     child.start(QCoreApplication::applicationFilePath(), {mode, QString::number(size)});
     child.waitForFinished(-1);
     const QList<QByteArray> f = child.readAllStandardOutput().trimmed().split(' ');
     if (child.exitCode() != 0 || f.size() != 4)
         qFatal("%s failed: %s", what, child.readAllStandardError().constData());
-    std::printf("%-12s %10s %9s s %9s s %9s KiB\n", what, f[0].constData(), f[1].constData(),
-                f[2].constData(), f[3].constData());
+    return {f[0], f[1], f[2], f[3]};
+}
+
+void row(const char *what, const QString &mode, qint64 size) {
+    const Figures f = run(what, mode, size);
+    std::printf("%-12s %10s %9s s %9s s %9s KiB\n", what, f.size.constData(), f.wall.constData(),
+                f.cpu.constData(), f.peak.constData());
     std::fflush(stdout);
+}
+
+double median(QList<double> v) {
+    std::sort(v.begin(), v.end());
+    return v[v.size() / 2];
+}
+
+// Rounds taken in turn, so that a change in the machine's load falls on both alike.
+void windowAgainstRecording(qint64 size, int rounds) {
+    std::printf("\nReceiving %lld bytes through the window's widgets (offscreen) and through a "
+                "recording screen, %d rounds taken in turn (goal: at most 1.25)\n",
+                static_cast<long long>(size), rounds);
+    QList<double> recording, window;
+    for (int i = 1; i <= rounds; ++i) {
+        const Figures a = run("receive", QStringLiteral("receive"), size);
+        const Figures b = run("window", QStringLiteral("window"), size);
+        if (a.size != b.size)
+            qFatal("the two receptions saved %s and %s bytes", a.size.constData(),
+                   b.size.constData());
+        recording << a.wall.toDouble();
+        window << b.wall.toDouble();
+        std::printf("  round %d: recording screen %s s, window %s s (CPU %s s, %s s)\n", i,
+                    a.wall.constData(), b.wall.constData(), a.cpu.constData(), b.cpu.constData());
+        std::fflush(stdout);
+    }
+    std::printf("  medians: recording screen %.3f s, window %.3f s; window / recording %.2f\n",
+                median(recording), median(window), median(window) / median(recording));
 }
 
 } // namespace
 
 int main(int argc, char **argv) {
-    QCoreApplication app(argc, argv);
+    // The window is measured as it draws, without a display.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
 #ifdef DNC_VCONTROL_PATH
     if (qEnvironmentVariableIsEmpty("DNC_VCONTROL"))
         qputenv("DNC_VCONTROL", DNC_VCONTROL_PATH);
@@ -132,8 +196,8 @@ int main(int argc, char **argv) {
     const QStringList args = app.arguments();
     if (args.size() == 3) {
         const qint64 size = args[2].toLongLong();
-        if (args[1] == "receive")
-            receive(size);
+        if (args[1] == "receive" || args[1] == "window")
+            receive(size, args[1] == "window");
         else
             map(int(size));
         return 0;
@@ -144,5 +208,6 @@ int main(int argc, char **argv) {
     row("receive full", "receive", 5000000);
     row("map half", "map", 10000);
     row("map full", "map", 20000);
+    windowAgainstRecording(5000000, 3);
     return 0;
 }
