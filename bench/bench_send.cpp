@@ -67,7 +67,7 @@ struct Sender {
     OperationState state;
     SerialComm comm;
     QtLinkTimer timer{g};
-    EventLoopYield yield;
+    EventLoopYield yield{comm};
     QuietScreen screen;
     CmDialog dialog;
     OperationState::Run run{state};
@@ -143,14 +143,20 @@ bool arrived(VControlProcess &vc, qsizetype from, const QByteArray &expected) {
     return vc.rx().mid(from) == expected;
 }
 
-// The seconds SendData takes for the file; -1 when it showed a box (a time-out).
-double sendSeconds(const QString &device, qint16 type, int baud, const QString &path) {
+struct Run {
+    double seconds = -1; // -1: it failed
+    double cpu = 0;      // seconds of this process's CPU
+};
+
+// SendData of the file; it failed when it showed a box (a time-out).
+Run sendRun(const QString &device, qint16 type, int baud, const QString &path) {
     Sender s(device, type, baud);
     QElapsedTimer clock;
     clock.start();
+    const double cpu = cpuSeconds();
     SendData(s.link, path);
-    const double seconds = double(clock.nsecsElapsed()) / 1e9;
-    return s.screen.boxes == 0 ? seconds : -1;
+    const Run r{double(clock.nsecsElapsed()) / 1e9, cpuSeconds() - cpu};
+    return s.screen.boxes == 0 ? r : Run{};
 }
 
 bool readGoAhead(int fd) {
@@ -167,26 +173,27 @@ bool readGoAhead(int fd) {
     }
 }
 
-// The same dialogue as a plain program would write it: -1 when it failed.
-double rawLoopSeconds(const QString &device, const QList<QByteArray> &lines) {
+// The same dialogue as a plain program would write it.
+Run rawLoopRun(const QString &device, const QList<QByteArray> &lines) {
     const int fd = ::open(qPrintable(device), O_RDWR | O_NOCTTY);
     if (fd < 0)
-        return -1;
+        return {};
     termios t{};
     tcgetattr(fd, &t);
     cfmakeraw(&t);
     tcsetattr(fd, TCSANOW, &t);
     QElapsedTimer clock;
     clock.start();
+    const double cpu = cpuSeconds();
     bool ok = ::write(fd, "R\r", 2) == 2 && readGoAhead(fd);
     for (const QByteArray &line : lines) {
         const QByteArray out = line + '\r';
         ok = ok && ::write(fd, out.data(), size_t(out.size())) == out.size() && readGoAhead(fd);
     }
     ok = ok && ::write(fd, "\x04\r", 2) == 2 && tcdrain(fd) == 0;
-    const double seconds = double(clock.nsecsElapsed()) / 1e9;
+    const Run r{double(clock.nsecsElapsed()) / 1e9, cpuSeconds() - cpu};
     ::close(fd);
-    return ok ? seconds : -1;
+    return ok ? r : Run{};
 }
 
 struct Summary {
@@ -195,7 +202,7 @@ struct Summary {
 };
 
 void turnaround(const QTemporaryDir &dir, Summary &summary) {
-    const int n = 5000;
+    const int n = 20000;
     const QByteArray text = program(n);
     const QString path = writeFile(dir, QStringLiteral("turn.tap"), text);
     const QByteArray wire = wireOf(text);
@@ -210,17 +217,19 @@ void turnaround(const QTemporaryDir &dir, Summary &summary) {
     QList<double> program, raw;
     for (int r = 1; r <= Rounds; ++r) {
         qsizetype from = vc.rx().size();
-        const double s = sendSeconds(vc.device(), 1, FastestBaud, path);
-        const bool sendOk = s > 0 && arrived(vc, from, wire);
+        const Run s = sendRun(vc.device(), 1, FastestBaud, path);
+        const bool sendOk = s.seconds > 0 && arrived(vc, from, wire);
         from = vc.rx().size();
-        const double l = rawLoopSeconds(vc.device(), lines);
-        const bool rawOk = l > 0 && arrived(vc, from, wire);
-        std::printf("   round %d: SendData %8.0f lines/s%s, raw loop %8.0f lines/s%s\n", r, n / s,
-                    sendOk ? "" : " (NOT COMPLETE)", n / l, rawOk ? "" : " (NOT COMPLETE)");
+        const Run l = rawLoopRun(vc.device(), lines);
+        const bool rawOk = l.seconds > 0 && arrived(vc, from, wire);
+        std::printf("   round %d: SendData %7.0f lines/s (%5.1f us CPU a line)%s, raw loop %7.0f "
+                    "lines/s (%5.1f us CPU a line)%s\n",
+                    r, n / s.seconds, s.cpu * 1e6 / n, sendOk ? "" : " NOT COMPLETE", n / l.seconds,
+                    l.cpu * 1e6 / n, rawOk ? "" : " NOT COMPLETE");
         if (sendOk)
-            program << n / s;
+            program << n / s.seconds;
         if (rawOk)
-            raw << n / l;
+            raw << n / l.seconds;
     }
     const double ratio = median(program) / median(raw);
     std::printf("   medians: SendData %.0f, raw loop %.0f lines/s; ratio %.2f "
@@ -255,7 +264,7 @@ void capacity(const QTemporaryDir &dir, Summary &summary) {
             QString each;
             for (int r = 1; r <= 3; ++r) {
                 const qsizetype from = vc.rx().size();
-                const double s = sendSeconds(vc.device(), type, speed.baud, path);
+                const double s = sendRun(vc.device(), type, speed.baud, path).seconds;
                 const bool ok = s > 0 && arrived(vc, from, wireOf(text));
                 each += ok ? QStringLiteral(" %1").arg(needs / s, 0, 'f', 3)
                            : QStringLiteral(" FAILED");
