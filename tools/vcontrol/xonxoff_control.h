@@ -25,7 +25,7 @@ private:
     bool held() const { return m_xoffSent || m_haltUntil >= 0; }
     // Hands what has come to take(): at once, or at the line's speed (--baud).
     void deliver(int64_t now);
-    void take(std::string_view chunk);
+    void take(std::string_view chunk, int64_t at);
     void drain(int64_t now);
     void resumeIfDue(int64_t now);
     void finish();
@@ -44,6 +44,7 @@ private:
     bool m_xoffSent = false;
     int64_t m_haltUntil = -1; // -1: no halt
     long m_lines = 0;
+    int64_t m_heldAt = 0; // when the X-off or the halt character went out
     long m_afterHold = 0;
     long m_maxAfterHold = 0;
     long m_overruns = 0;
