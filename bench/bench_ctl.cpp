@@ -61,7 +61,7 @@ double sendData(const QString &path, int baud, const QByteArray &wire, bool *com
     Globals g;
     SerialComm comm(control.vc.device());
     QtLinkTimer timer(g);
-    EventLoopYield yield;
+    EventLoopYield yield(comm);
     OneCaption screen;
     CmDialog dialog;
     OperationState state;

@@ -1,28 +1,42 @@
-// Figures of the transmit path on this machine, in one run (not a test: it prints, it does not
-// judge):
-//   1. line turnaround of SendData against the virtual control answering at once, beside a
-//      minimal blocking loop over the same kind of pseudo-terminal and control;
-//   2. CPU used while a wait runs through 5 seconds of silence;
-//   3. a 1 MB program on "XonXoff" against a control that drains 20 000 characters a second:
-//      complete and byte for byte, overruns, the most sent after an X-off, peak memory.
-#include "bench_support.h"
+// Figures of the send path as the program ships: its port, clock and yield, with the port set up
+// as the program sets it up (on a pseudo-terminal it lets characters out at the configured baud
+// rate, as a line would). Not a test: it prints, it does not judge.
+//   1. turnaround: SendData and a raw blocking loop (write the line and CR, block until DLE "7")
+//      take turns for 5 rounds against the same control "303", on a pseudo-terminal at the
+//      fastest speed one takes; medians and their ratio;
+//   2. line capacity: SendData on "303" and "504" at 9600 and 115 200 baud, against the time the
+//      line needs for every line, its CR and the two-character answer;
+//   3. CPU and wake-ups of a wait through 5 seconds of silence;
+//   4. "XonXoff", 1 MB, against a control that takes the characters at the line's speed and
+//      drains 20 000 a second: complete, overruns, the most characters that reached it after an
+//      X-off, peak memory; then 4 MB drained fast, for the memory.
+// "bench_send 1 4" runs parts 1 and 4; no argument runs all.
 #include "event_loop_yield.h"
 #include "qt_link_timer.h"
 #include "serial_comm.h"
 #include "transfer.h"
+#include "vcontrol_process.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
-#include <QTimer>
 #include <algorithm>
-#include <cmath>
+#include <cstdio>
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <termios.h>
 #include <unistd.h>
 
 namespace {
+
+// The fastest speed a pseudo-terminal takes: QSerialPort's baud rate is a 32-bit number, and
+// Linux keeps any such speed on one. Pacing then costs nothing, and what is measured is the
+// program's own turnaround.
+constexpr int FastestBaud = 2147483647;
+constexpr int Rounds = 5;
 
 // The screen of a run nobody watches: keeps nothing, so it does not weigh on memory.
 class QuietScreen : public Screen {
@@ -47,24 +61,44 @@ public:
     QString showSave(const FileDialogRequest &) override { return {}; }
 };
 
+// The parts the window wires together, wired the same way.
 struct Sender {
     Globals g;
+    OperationState state;
     SerialComm comm;
     QtLinkTimer timer{g};
-    EventLoopYield yield;
+    EventLoopYield yield{comm};
     QuietScreen screen;
     CmDialog dialog;
-    OperationState state;
     OperationState::Run run{state};
     Link link{g, comm, timer, yield, screen, dialog, state};
-    Sender(const QString &device, qint16 type) : comm(device) {
-        g.ComSettings = QStringLiteral("COM1:9600,N,8,1");
+    Sender(const QString &device, qint16 type, int baud) : comm(device) {
+        comm.setOperationState(&state);
+        g.ComSettings = QStringLiteral("COM1:%1,N,8,1").arg(baud);
         g.CncType = type;
     }
 };
 
+double cpuSeconds(int who = RUSAGE_SELF) {
+    rusage u{};
+    getrusage(who, &u);
+    return double(u.ru_utime.tv_sec + u.ru_stime.tv_sec) +
+           double(u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1e6;
+}
+
+long wakeUps() {
+    rusage u{};
+    getrusage(RUSAGE_THREAD, &u);
+    return u.ru_nvcsw;
+}
+
+double median(QList<double> v) {
+    std::sort(v.begin(), v.end());
+    return v.isEmpty() ? 0 : v[v.size() / 2];
+}
+
 // A program of `lines` lines, or of at least `bytes` bytes, CR LF line ends.
-QByteArray numberedProgram(int lines, qint64 bytes = 0) {
+QByteArray program(int lines, qint64 bytes = 0) {
     QByteArray p;
     for (int i = 1; i <= lines || p.size() < bytes; ++i)
         p += QStringLiteral("N%1 G01 X%2.%3 Y-12.5 F300\r\n")
@@ -75,7 +109,56 @@ QByteArray numberedProgram(int lines, qint64 bytes = 0) {
     return p;
 }
 
-// What a plain program would do: write, then block in read until the go-ahead.
+QList<QByteArray> linesOf(const QByteArray &program) {
+    QList<QByteArray> lines = program.split('\n');
+    lines.removeLast();
+    for (QByteArray &l : lines)
+        l.chop(1); // the CR
+    return lines;
+}
+
+// What a control "303" receives of the program: "R" CR, the lines with CR, EOT CR.
+QByteArray wireOf(const QByteArray &program) {
+    return "R\r" + QByteArray(program).replace("\r\n", "\r") + "\x04\r";
+}
+
+QString writeFile(const QTemporaryDir &dir, const QString &name, const QByteArray &bytes) {
+    const QString path = dir.filePath(name);
+    QFile f(path);
+    if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size())
+        qFatal("cannot write %s", qPrintable(path));
+    return path;
+}
+
+bool start(VControlProcess &vc, const QStringList &args) {
+    if (vc.start(args))
+        return true;
+    std::fprintf(stderr, "vcontrol: %s\n", qPrintable(vc.errorString()));
+    return false;
+}
+
+// The control has received `bytes` more since `from`, and they are `expected`.
+bool arrived(VControlProcess &vc, qsizetype from, const QByteArray &expected) {
+    vc.waitUntil([&] { return vc.rx().size() >= from + expected.size(); }, 10000);
+    return vc.rx().mid(from) == expected;
+}
+
+struct Run {
+    double seconds = -1; // -1: it failed
+    double cpu = 0;      // seconds of this process's CPU
+};
+
+// SendData of the file; it failed when it showed a box (a time-out).
+Run sendRun(const QString &device, qint16 type, int baud, const QString &path) {
+    Sender s(device, type, baud);
+    QElapsedTimer clock;
+    clock.start();
+    const double cpu = cpuSeconds();
+    SendData(s.link, path);
+    const Run r{double(clock.nsecsElapsed()) / 1e9, cpuSeconds() - cpu};
+    return s.screen.boxes == 0 ? r : Run{};
+}
+
 bool readGoAhead(int fd) {
     QByteArray got;
     char buf[256];
@@ -90,12 +173,8 @@ bool readGoAhead(int fd) {
     }
 }
 
-struct Rate {
-    double linesPerS = -1;
-    double cpuUsPerLine = -1; // of this process
-};
-
-Rate blockingLoop(const QString &device, const QList<QByteArray> &lines) {
+// The same dialogue as a plain program would write it.
+Run rawLoopRun(const QString &device, const QList<QByteArray> &lines) {
     const int fd = ::open(qPrintable(device), O_RDWR | O_NOCTTY);
     if (fd < 0)
         return {};
@@ -105,84 +184,127 @@ Rate blockingLoop(const QString &device, const QList<QByteArray> &lines) {
     tcsetattr(fd, TCSANOW, &t);
     QElapsedTimer clock;
     clock.start();
-    const double cpu0 = cpuSeconds();
+    const double cpu = cpuSeconds();
     bool ok = ::write(fd, "R\r", 2) == 2 && readGoAhead(fd);
     for (const QByteArray &line : lines) {
         const QByteArray out = line + '\r';
-        ok = ok && ::write(fd, out.data(), out.size()) == out.size() && readGoAhead(fd);
+        ok = ok && ::write(fd, out.data(), size_t(out.size())) == out.size() && readGoAhead(fd);
     }
     ok = ok && ::write(fd, "\x04\r", 2) == 2 && tcdrain(fd) == 0;
-    const double s = double(clock.nsecsElapsed()) / 1e9;
-    const double cpu = cpuSeconds() - cpu0;
+    const Run r{double(clock.nsecsElapsed()) / 1e9, cpuSeconds() - cpu};
     ::close(fd);
-    if (!ok)
-        return {};
-    return {double(lines.size()) / s, cpu * 1e6 / double(lines.size())};
+    return ok ? r : Run{};
 }
 
-Rate sendDataRate(const QString &device, const QString &path, int n) {
-    Sender s(device, 1);
-    // Like the blocking loop, no line speed: what is measured is the program's own overhead.
-    s.comm.setPacePseudoTerminal(false);
-    QElapsedTimer clock;
-    clock.start();
-    const double cpu0 = cpuSeconds();
-    SendData(s.link, path);
-    const double secs = double(clock.nsecsElapsed()) / 1e9;
-    const double cpu = cpuSeconds() - cpu0;
-    return s.screen.boxes == 0 ? Rate{n / secs, cpu * 1e6 / n} : Rate{};
-}
+struct Summary {
+    QList<std::pair<QString, QString>> rows; // what, figure
+    void add(const QString &what, const QString &figure) { rows.append({what, figure}); }
+};
 
-void turnaround(const QTemporaryDir &dir) {
-    const int n = 20000, rounds = 3;
-    const QByteArray program = numberedProgram(n);
-    const QString path = writeFile(dir.filePath(QStringLiteral("turn.tap")), program);
-    const QByteArray wire = "R\r" + QByteArray(program).replace("\r\n", "\r") + "\x04\r";
-    QList<QByteArray> lines = program.split('\n');
-    lines.removeLast();
-    for (QByteArray &l : lines)
-        l.chop(1); // the CR
+void turnaround(const QTemporaryDir &dir, Summary &summary) {
+    const int n = 20000;
+    const QByteArray text = program(n);
+    const QString path = writeFile(dir, QStringLiteral("turn.tap"), text);
+    const QByteArray wire = wireOf(text);
+    const QList<QByteArray> lines = linesOf(text);
 
-    VControlProcess vc, plain;
-    if (!startControl(vc, {"--type", "303"}) || !startControl(plain, {"--type", "303"}))
-        return;
-    std::printf("1. Line turnaround, %d lines to the control \"303\" answering at once, "
-                "%d rounds taken in turn\n",
-                n, rounds);
-    double best = 0, bestPlain = 0;
-    for (int r = 1; r <= rounds; ++r) {
-        const Rate send = sendDataRate(vc.device(), path, n);
-        vc.waitUntil([&] { return vc.rx().size() >= r * wire.size(); }, 10000);
-        const bool complete = vc.rx() == wire.repeated(r);
-        const Rate loop = blockingLoop(plain.device(), lines);
-        std::printf("   round %d: SendData %7.0f lines/s (%5.1f us CPU a line, %s), "
-                    "blocking loop %7.0f lines/s (%5.1f us CPU a line), ratio %.2f\n",
-                    r, send.linesPerS, send.cpuUsPerLine,
-                    complete ? "arrived complete" : "INCOMPLETE", loop.linesPerS, loop.cpuUsPerLine,
-                    send.linesPerS / loop.linesPerS);
-        best = std::max(best, send.linesPerS);
-        bestPlain = std::max(bestPlain, loop.linesPerS);
-    }
-    std::printf("   best of each: %.0f against %.0f lines/s, ratio %.2f (goal: at least 0.8)\n\n",
-                best, bestPlain, best / bestPlain);
-}
-
-void silentWait(const QTemporaryDir &dir) {
-    const QString path = writeFile(dir.filePath(QStringLiteral("one.tap")), "G1 X1\r\n");
     VControlProcess vc;
-    if (!startControl(vc, {"--type", "303", "--silent"}))
+    if (!start(vc, {"--type", "303"}))
         return;
-    Sender s(vc.device(), 1);
+    std::printf("1. Turnaround: %d lines to the control \"303\" answering at once, %d baud; "
+                "SendData and the raw loop take turns\n",
+                n, FastestBaud);
+    QList<double> program, raw;
+    for (int r = 1; r <= Rounds; ++r) {
+        qsizetype from = vc.rx().size();
+        const Run s = sendRun(vc.device(), 1, FastestBaud, path);
+        const bool sendOk = s.seconds > 0 && arrived(vc, from, wire);
+        from = vc.rx().size();
+        const Run l = rawLoopRun(vc.device(), lines);
+        const bool rawOk = l.seconds > 0 && arrived(vc, from, wire);
+        std::printf("   round %d: SendData %7.0f lines/s (%5.1f us CPU a line)%s, raw loop %7.0f "
+                    "lines/s (%5.1f us CPU a line)%s\n",
+                    r, n / s.seconds, s.cpu * 1e6 / n, sendOk ? "" : " NOT COMPLETE", n / l.seconds,
+                    l.cpu * 1e6 / n, rawOk ? "" : " NOT COMPLETE");
+        if (sendOk)
+            program << n / s.seconds;
+        if (rawOk)
+            raw << n / l.seconds;
+    }
+    const double ratio = median(program) / median(raw);
+    std::printf("   medians: SendData %.0f, raw loop %.0f lines/s; ratio %.2f "
+                "(goal: at least 0.8)\n\n",
+                median(program), median(raw), ratio);
+    summary.add(QStringLiteral("turnaround at %1 baud, SendData / raw loop (medians of %2)")
+                    .arg(FastestBaud)
+                    .arg(Rounds),
+                QStringLiteral("%1 / %2 lines/s = %3")
+                    .arg(median(program), 0, 'f', 0)
+                    .arg(median(raw), 0, 'f', 0)
+                    .arg(ratio, 0, 'f', 2));
+}
+
+void capacity(const QTemporaryDir &dir, Summary &summary) {
+    std::printf("2. Line capacity: the time the line needs for every character each way (the "
+                "line, its CR, the answer; \"R\" CR and its answer, EOT CR), 8N1, against the "
+                "time SendData takes (goal: at least 0.97 at 9600, 0.9 at 115 200)\n");
+    const struct { int baud, lines; } speeds[] = {{9600, 100}, {115200, 1000}};
+    for (const auto &speed : speeds) {
+        const QByteArray text = program(speed.lines);
+        const QString path = writeFile(dir, QStringLiteral("cap.tap"), text);
+        qint64 characters = 2 + 2 + 2; // "R" CR and its answer, EOT CR
+        for (const QByteArray &l : linesOf(text))
+            characters += l.size() + 1 + 2;
+        const double needs = double(characters) * 10 / speed.baud;
+        for (const qint16 type : {1, 2}) {
+            VControlProcess vc;
+            if (!start(vc, {"--type", type == 1 ? "303" : "504"}))
+                return;
+            QList<double> ratios;
+            QString each;
+            for (int r = 1; r <= 3; ++r) {
+                const qsizetype from = vc.rx().size();
+                const double s = sendRun(vc.device(), type, speed.baud, path).seconds;
+                const bool ok = s > 0 && arrived(vc, from, wireOf(text));
+                each += ok ? QStringLiteral(" %1").arg(needs / s, 0, 'f', 3)
+                           : QStringLiteral(" FAILED");
+                if (ok)
+                    ratios << needs / s;
+            }
+            const QString what = QStringLiteral("line capacity at %1 baud, \"%2\" (median of 3)")
+                                     .arg(speed.baud)
+                                     .arg(type == 1 ? "303" : "504");
+            std::printf("   %d baud, \"%s\", %d lines, the line needs %.2f s: rounds%s, "
+                        "median %.3f\n",
+                        speed.baud, type == 1 ? "303" : "504", speed.lines, needs, qPrintable(each),
+                        median(ratios));
+            summary.add(what, QString::number(median(ratios), 'f', 3));
+        }
+    }
+    std::printf("\n");
+}
+
+void silentWait(const QTemporaryDir &dir, Summary &summary) {
+    const QString path = writeFile(dir, QStringLiteral("one.tap"), "G1 X1\r\n");
+    VControlProcess vc;
+    if (!start(vc, {"--type", "303", "--silent"}))
+        return;
+    Sender s(vc.device(), 1, 9600);
     QElapsedTimer clock;
     clock.start();
-    const double cpu0 = cpuSeconds();
+    const double cpu0 = cpuSeconds(RUSAGE_THREAD);
+    const long wakes0 = wakeUps();
     SendData(s.link, path); // "R" CR, then 5 s without an answer
-    const double cpu = cpuSeconds() - cpu0;
+    const double cpu = cpuSeconds(RUSAGE_THREAD) - cpu0;
+    const long wakes = wakeUps() - wakes0;
     const double wall = double(clock.nsecsElapsed()) / 1e9;
-    std::printf("2. A wait through silence (time-out at 5000 ms, %d message box)\n",
+    std::printf("3. A wait through silence (time-out at 5000 ms, %d message box)\n",
                 s.screen.boxes);
-    std::printf("   wall %.2f s, CPU %.3f s: %.2f%% of one core (goal: under 5%%)\n\n", wall, cpu,
-                100.0 * cpu / wall);
+    std::printf("   wall %.2f s, CPU %.3f s: %.2f%% of one core (goal: under 5%%); "
+                "%ld wake-ups\n\n",
+                wall, cpu, 100.0 * cpu / wall, wakes);
+    summary.add(QStringLiteral("silent wait of 5 s: CPU, wake-ups"),
+                QStringLiteral("%1% of a core, %2").arg(100.0 * cpu / wall, 0, 'f', 2).arg(wakes));
 }
 
 struct StreamResult {
@@ -192,26 +314,37 @@ struct StreamResult {
     double seconds = 0;
 };
 
-// Sends `program` on "XonXoff" at `baud`; the port lets it out at that line speed.
-StreamResult stream(const QTemporaryDir &dir, const QByteArray &program, const QStringList &args,
+long statusKb(const char *field) {
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return -1;
+    const auto m = QRegularExpression(QStringLiteral("%1:\\s+(\\d+)").arg(field))
+                       .match(QString::fromLatin1(status.readAll()));
+    return m.hasMatch() ? m.captured(1).toLong() : -1;
+}
+
+// Sends `text` on "XonXoff" at `baud`.
+StreamResult stream(const QTemporaryDir &dir, const QByteArray &text, const QStringList &args,
                     int baud) {
     StreamResult r;
-    const QString path = writeFile(dir.filePath(QStringLiteral("big.LCC")), program);
+    const QString path = writeFile(dir, QStringLiteral("big.LCC"), text);
     QTemporaryDir store;
     VControlProcess vc;
-    if (!startControl(vc, QStringList{"--type", "XonXoff", "--dir", store.path()} + args))
+    if (!start(vc, QStringList{"--type", "XonXoff", "--dir", store.path()} + args))
         return r;
     {
-        Sender s(vc.device(), 3);
-        s.g.ComSettings = QStringLiteral("COM1:%1,N,8,1").arg(baud);
+        Sender s(vc.device(), 3, baud);
         // The peak is measured from here: reset it (Linux), note where it starts.
-        resetPeak();
-        r.rssKb = statusKiB("VmRSS");
+        QFile clear(QStringLiteral("/proc/self/clear_refs"));
+        if (clear.open(QIODevice::WriteOnly))
+            clear.write("5");
+        clear.close();
+        r.rssKb = statusKb("VmRSS");
         QElapsedTimer clock;
         clock.start();
         SendData(s.link, path);
         r.seconds = double(clock.nsecsElapsed()) / 1e9;
-        r.hwmKb = statusKiB("VmHWM"); // before the log of the run is read into this process
+        r.hwmKb = statusKb("VmHWM"); // before the log of the run is read into this process
     }
     vc.waitForEvent(QStringLiteral("STORED"), 1, 120000);
     vc.stop();
@@ -221,30 +354,32 @@ StreamResult stream(const QTemporaryDir &dir, const QByteArray &program, const Q
     const QStringList stored = QDir(store.path()).entryList(QDir::Files);
     QFile got(store.filePath(stored.value(0)));
     r.complete = stored.size() == 1 && got.open(QIODevice::ReadOnly) &&
-                 got.readAll() == QByteArray(program).replace("\r\n", "\r");
+                 got.readAll() == QByteArray(text).replace("\r\n", "\r");
     return r;
 }
 
-void paced(const QTemporaryDir &dir) {
-    const QByteArray mb = numberedProgram(0, 1 << 20);
-    const QStringList control{"--buffer", "4096", "--xoff-at", "3072",
-                              "--xon-at", "1024", "--rate",    "20000"};
-    std::printf("3. \"XonXoff\", %lld bytes, control buffer 4096, X-off at 3072, X-on at 1024, "
-                "draining 20 000 characters/s (goal: most after hold at most 512 + one line "
-                "of %d)\n",
-                qint64(mb.size()), int(mb.indexOf('\n') + 1));
-    {
-        const StreamResult r = stream(dir, mb, control, 230400);
-        std::printf("   at 230 400 baud (23 040 characters/s, above the drain rate):\n");
-        std::printf("     %.1f s, %s; control: %s; peak memory %ld kB from %ld kB\n", r.seconds,
-                    r.complete ? "arrived complete, byte for byte" : "NOT COMPLETE",
-                    qPrintable(r.summary), r.hwmKb, r.rssKb);
-    }
+void paced(const QTemporaryDir &dir, Summary &summary) {
+    const QByteArray mb = program(0, 1 << 20);
+    const int line = int(mb.indexOf('\n'));
+    const QStringList control{"--buffer", "4096",   "--xoff-at", "3072",   "--xon-at",
+                              "1024",     "--rate", "20000",     "--baud", "230400"};
+    std::printf("4. \"XonXoff\" at 230 400 baud (23 040 characters/s), %lld bytes; the control "
+                "takes them at that speed into a buffer of 4096, X-off at 3072, X-on at 1024, "
+                "drained at 20 000 characters/s (goal: at most 512 in flight + one line of %d "
+                "reach it after an X-off)\n",
+                qint64(mb.size()), line);
+    const StreamResult r = stream(dir, mb, control, 230400);
+    std::printf("   %.1f s, %s; control: %s; peak memory %ld kB from %ld kB\n", r.seconds,
+                r.complete ? "arrived complete, byte for byte" : "NOT COMPLETE",
+                qPrintable(r.summary), r.hwmKb, r.rssKb);
+    summary.add(QStringLiteral("XonXoff at 230 400 baud: characters on the line after an X-off"),
+                r.summary.section(QStringLiteral("most after hold "), 1) +
+                    (r.complete ? QString() : QStringLiteral(" (NOT COMPLETE)")));
     // Four times the program, drained fast: the peak must not follow the size of the file.
-    const QByteArray big = numberedProgram(0, 4 << 20);
+    const QByteArray big = program(0, 4 << 20);
     const StreamResult four =
         stream(dir, big, {"--buffer", QString::number(1 << 20), "--rate", "10000000"}, 4000000);
-    std::printf("   %lld bytes drained fast: %.1f s, %s; peak memory %ld kB from %ld kB\n",
+    std::printf("   %lld bytes drained fast: %.1f s, %s; peak memory %ld kB from %ld kB\n\n",
                 qint64(big.size()), four.seconds,
                 four.complete ? "arrived complete" : "NOT COMPLETE", four.hwmKb, four.rssKb);
 }
@@ -253,16 +388,24 @@ void paced(const QTemporaryDir &dir) {
 
 int main(int argc, char **argv) {
     QCoreApplication app(argc, argv);
-    useBuiltVControl();
-    // Parts by number ("bench_send 1 3"); all of them without arguments.
+#ifdef DNC_VCONTROL_PATH
+    if (qEnvironmentVariableIsEmpty("DNC_VCONTROL"))
+        qputenv("DNC_VCONTROL", DNC_VCONTROL_PATH);
+#endif
     const QStringList parts = app.arguments().mid(1);
     const auto wanted = [&](const char *n) { return parts.isEmpty() || parts.contains(n); };
     QTemporaryDir dir;
+    Summary summary;
     if (wanted("1"))
-        turnaround(dir);
+        turnaround(dir, summary);
     if (wanted("2"))
-        silentWait(dir);
+        capacity(dir, summary);
     if (wanted("3"))
-        paced(dir);
+        silentWait(dir, summary);
+    if (wanted("4"))
+        paced(dir, summary);
+    std::printf("Summary\n");
+    for (const auto &[what, figure] : summary.rows)
+        std::printf("   %-78s %s\n", qPrintable(what), qPrintable(figure));
     return 0;
 }

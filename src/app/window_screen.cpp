@@ -13,25 +13,29 @@
 
 WindowScreen::WindowScreen(QWidget *window, QLabel *label1, QPlainTextEdit *text1,
                            QListWidget *list1)
-    : m_window(window), m_label1(label1), m_text1(text1), m_list1(list1) {}
+    : m_window(window), m_label1(label1), m_text1(text1), m_list1(list1),
+      m_caption([label1](const QString &t) { label1->setText(t); }),
+      m_text([text1](const QString &t) { text1->setPlainText(t); }) {}
 
 WindowScreen::~WindowScreen() {
     setMousePointer(0);
 }
 
 void WindowScreen::setLabel1Caption(const QString &text) {
-    m_label1->setText(text);
+    m_caption.set(text);
 }
 
 void WindowScreen::setLabel1Visible(bool on) {
+    m_caption.flush();
     m_label1->setVisible(on);
 }
 
 void WindowScreen::setText1Text(const QString &text) {
-    m_text1->setPlainText(text);
+    m_text.set(text);
 }
 
 void WindowScreen::setText1Visible(bool on) {
+    m_text.flush();
     m_text1->setVisible(on);
 }
 

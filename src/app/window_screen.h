@@ -2,6 +2,7 @@
 // The operations' view of the main window: its controls, the pointer and the boxes.
 
 #include "screen.h"
+#include "throttled_text.h"
 
 class QLabel;
 class QListWidget;
@@ -40,5 +41,7 @@ private:
     QLabel *m_label1;
     QPlainTextEdit *m_text1;
     QListWidget *m_list1;
+    ThrottledText m_caption;
+    ThrottledText m_text;
     bool m_hourglass = false;
 };

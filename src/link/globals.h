@@ -43,7 +43,7 @@ struct Globals {
 
     // Choice lists, used from index 1
     std::array<QString, 5> PortChoices;
-    std::array<QString, 7> BaudChoices;
+    std::array<QString, 11> BaudChoices;
     std::array<QString, 4> ParityChoices;
     std::array<QString, 3> DataChoices;
     std::array<QString, 3> StopChoices;

@@ -15,13 +15,12 @@
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
+#include <unistd.h>
 
 namespace {
 
 // Time allowed beyond what the queued characters need at the line's speed.
 constexpr qint64 DrainMarginMs = 1000;
-// How often a wait looks again while nothing else would wake the event loop.
-constexpr int WakeMs = 2;
 
 QString systemText(int code) {
     return QString::fromLocal8Bit(std::strerror(code));
@@ -40,29 +39,9 @@ int clamp16(qint64 n) {
     return int(std::clamp<qint64>(n, 0, 32767));
 }
 
-// Keeps the wake-up timer running for the life of a wait.
-class Wake {
-public:
-    explicit Wake(QTimer &t) : m_t(t), m_was(t.isActive()) {
-        if (!m_was)
-            m_t.start();
-    }
-    ~Wake() {
-        if (!m_was)
-            m_t.stop();
-    }
-    Wake(const Wake &) = delete;
-    Wake &operator=(const Wake &) = delete;
-
-private:
-    QTimer &m_t;
-    bool m_was;
-};
-
 } // namespace
 
 SerialComm::SerialComm(const QString &device) : m_device(device) {
-    m_wake.setInterval(WakeMs);
     QObject::connect(&m_port, &QSerialPort::errorOccurred, &m_port,
                      [this](QSerialPort::SerialPortError e) { onError(e); });
 }
@@ -121,9 +100,8 @@ void SerialComm::open() {
 
     const QString path = devicePath();
     const bool pty = isPseudoTerminal(path);
-    m_pty = pty && m_pacePty;
-    m_wire = 0;
-    m_wireClock.start();
+    m_pty = pty;
+    m_emptyAt = 0;
     // Qt locks by name: the real device, so that two names for one port still collide.
     const QString real = QFileInfo(path).canonicalFilePath();
     m_port.setPortName(real.isEmpty() ? path : real);
@@ -187,6 +165,7 @@ void SerialComm::raiseDtr() {
 void SerialComm::close() {
     if (!m_failure)
         drain();
+    m_alarm.cancel();
     m_port.close();
     trace(QStringLiteral("CLOSE %1").arg(deviceName()));
     m_trace.reset();
@@ -197,9 +176,8 @@ void SerialComm::drain() {
     if (queued == 0)
         return;
     // Qt's close() drops its buffer: let it leave first, for as long as the line needs.
-    const qint64 needMs = queued * m_settings.bitsPerCharacter() * 1000 / m_settings.baud;
+    const qint64 needMs = qint64(double(queued) * characterNs() / 1e6);
     const QDeadlineTimer limit(2 * needMs + DrainMarginMs);
-    const Wake wake(m_wake);
     for (;;) {
         push();
         if (m_failure || !m_port.isOpen())
@@ -212,6 +190,7 @@ void SerialComm::drain() {
                 QStringLiteral("CLOSE without waiting longer: %1 characters dropped").arg(queued));
             return;
         }
+        wakeWhenInFlight(0);
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
 }
@@ -221,24 +200,46 @@ void SerialComm::push() {
         m_port.flush(); // one chunk to the driver; a full driver queue is no error
 }
 
-void SerialComm::settleWire() const {
-    const double perSecond = double(m_settings.baud) / m_settings.bitsPerCharacter();
-    const qint64 ns = m_wireClock.nsecsElapsed();
-    m_wireClock.start();
-    m_wire = std::max(0.0, m_wire - perSecond * double(ns) / 1e9);
+double SerialComm::characterNs() const {
+    return double(m_settings.bitsPerCharacter()) * 1e9 / double(m_settings.baud);
 }
 
 qint64 SerialComm::inFlight() const {
     if (!m_port.isOpen())
         return 0;
     if (m_pty) {
-        settleWire();
-        return std::max<qint64>(m_port.bytesToWrite(), qint64(std::ceil(m_wire)));
+        const double onLine = double(m_emptyAt - WakeAlarm::now()) / characterNs();
+        return std::max<qint64>(m_port.bytesToWrite(), qint64(std::ceil(onLine)));
     }
     int driver = 0;
     if (::ioctl(m_port.handle(), TIOCOUTQ, &driver) != 0 || driver < 0)
         driver = 0;
     return m_port.bytesToWrite() + driver;
+}
+
+void SerialComm::wakeWhenInFlight(qint64 left) {
+    // On a pseudo-terminal the moment is known; a real port's queue is counted again, and the
+    // alarm goes on ringing one character time or more apart while the line lags behind.
+    const qint64 at =
+        m_pty ? m_emptyAt - qint64(double(left) * characterNs())
+              : WakeAlarm::now() +
+                    qint64(double(std::max<qint64>(inFlight() - left, 1)) * characterNs());
+    m_alarm.ringAt(at);
+}
+
+qint64 SerialComm::writeDirect(const QByteArray &piece) {
+    // Straight to the driver while Qt holds nothing back: QSerialPort would arm and disarm its
+    // write notifier for every line, and each change wakes the event loop once more. What the
+    // driver does not take, and any error, goes the way of Qt, which reports it.
+    if (m_port.bytesToWrite() > 0)
+        return 0;
+    const ssize_t n = ::write(m_port.handle(), piece.constData(), size_t(piece.size()));
+    return std::max<qint64>(n, 0);
+}
+
+void SerialComm::workDone() const {
+    if (m_workDone)
+        m_workDone();
 }
 
 void SerialComm::requireUsable() const {
@@ -250,7 +251,6 @@ void SerialComm::requireUsable() const {
 
 void SerialComm::output(const QByteArray &bytes) {
     requireUsable();
-    std::optional<Wake> wake;
     qsizetype done = 0;
     while (done < bytes.size()) {
         const qint64 room = MaxInFlight - inFlight();
@@ -260,8 +260,8 @@ void SerialComm::output(const QByteArray &bytes) {
                           .arg(bytes.size() - done));
                 return;
             }
-            if (!wake)
-                wake.emplace(m_wake);
+            // Woken when the rest fits, or half the bound, so that the line never runs dry.
+            wakeWhenInFlight(MaxInFlight - std::min<qint64>(bytes.size() - done, MaxInFlight / 2));
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
             requireUsable();
             push();
@@ -269,7 +269,8 @@ void SerialComm::output(const QByteArray &bytes) {
             continue;
         }
         const QByteArray piece = bytes.mid(done, room);
-        if (m_port.write(piece) != piece.size()) {
+        const qint64 direct = writeDirect(piece);
+        if (direct < piece.size() && m_port.write(piece.mid(direct)) != piece.size() - direct) {
             requireUsable();
             throw CommError{
                 deviceName(),
@@ -277,25 +278,36 @@ void SerialComm::output(const QByteArray &bytes) {
         }
         if (m_trace)
             m_trace->bytes(WireTrace::Direction::Sent, piece);
-        if (m_pty) {
-            settleWire();
-            m_wire += double(piece.size());
-        }
+        if (m_pty)
+            m_emptyAt = std::max(m_emptyAt, WakeAlarm::now()) +
+                        qint64(double(piece.size()) * characterNs());
         done += piece.size();
         push();
         requireUsable();
     }
+    if (!bytes.isEmpty())
+        workDone();
 }
 
 int SerialComm::outBufferCount() {
     requireUsable();
     push();
     requireUsable();
-    return clamp16(inFlight());
+    const qint64 queued = inFlight();
+    if (queued > 0)
+        wakeWhenInFlight(0); // a drain that sleeps wakes when the line should be empty
+    return clamp16(queued);
 }
 
 int SerialComm::inBufferCount() {
     requireUsable();
+    // What reached the driver since the event loop last looked counts too: read it in, so
+    // that Input hands over all that was counted.
+    int driver = 0;
+    if (::ioctl(m_port.handle(), FIONREAD, &driver) == 0 && driver > 0) {
+        m_port.waitForReadyRead(0);
+        requireUsable();
+    }
     return clamp16(m_port.bytesAvailable());
 }
 
@@ -304,6 +316,8 @@ QByteArray SerialComm::input() {
     const QByteArray got = m_port.readAll();
     if (m_trace)
         m_trace->bytes(WireTrace::Direction::Received, got);
+    if (!got.isEmpty())
+        workDone();
     return got;
 }
 

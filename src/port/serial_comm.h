@@ -3,14 +3,16 @@
 // else the one the settings name for it, else /dev/ttyS<n-1>. At most 512 characters are in flight
 // (Qt's buffer and the driver's queue): Output waits, yielding to the event loop, for room, and
 // never drops a byte.
+// A wait on the port sleeps in the event loop; what it waits for wakes it: characters that
+// come, and an alarm at the moment the characters in flight should have left at the line's
+// speed.
 
 #include "comm.h"
 #include "line_settings.h"
 #include "operation_state.h"
+#include "wake_alarm.h"
 
-#include <QElapsedTimer>
 #include <QSerialPort>
-#include <QTimer>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -40,9 +42,9 @@ public:
     // waiting for the line.
     void setOperationState(const OperationState *state) { m_state = state; }
 
-    // On a pseudo-terminal, let characters out at the line's speed (the default). Off, it
-    // takes them as fast as the kernel does: only for measuring the program's own overhead.
-    void setPacePseudoTerminal(bool on) { m_pacePty = on; }
+    // Told each time the caller hands over characters or takes what came: work was done, and
+    // the next pass of the yield must not sleep.
+    void setWorkListener(std::function<void()> listener) { m_workDone = std::move(listener); }
 
     void setCommPort(int port) override { m_commPort = port; }
     void setSettings(const QString &settings) override;
@@ -64,23 +66,26 @@ private:
     void raiseDtr();
     void drain();
     void push();
+    qint64 writeDirect(const QByteArray &piece);
     qint64 inFlight() const;
+    // Rings the alarm when at most `left` characters should still be in flight.
+    void wakeWhenInFlight(qint64 left);
+    void workDone() const;
     void requireUsable() const;
     void onError(QSerialPort::SerialPortError error);
     bool abandoned() const { return m_state && m_state->ending(); }
     void trace(const QString &event);
-    void settleWire() const;
+    double characterNs() const;
 
     // A pseudo-terminal has no line: the kernel takes any amount at once and its queue reads
     // empty. There the characters handed over are let out at the line's speed in our own
     // count, so that the bound on what is in flight holds as on a real port.
-    bool m_pacePty = true;
-    bool m_pty = false;        // paced as a line, see above
-    mutable double m_wire = 0; // characters handed over and not yet out at the line's speed
-    mutable QElapsedTimer m_wireClock;
+    bool m_pty = false;   // paced as a line, see above
+    qint64 m_emptyAt = 0; // when the last character handed over is out, at the line's speed
 
     QSerialPort m_port;
-    QTimer m_wake; // wakes the waits while only the driver's queue drains
+    WakeAlarm m_alarm;
+    std::function<void()> m_workDone;
     QString m_device;
     std::function<QString(int)> m_configured;
     int m_commPort = 1;

@@ -5,7 +5,8 @@
 
 void InitChoices(Globals &g) {
     g.PortChoices = {QString(), "COM1:", "COM2:", "COM3:", "COM4:"};
-    g.BaudChoices = {QString(), "300", "600", "1200", "2400", "4800", "9600"};
+    g.BaudChoices = {QString(), "300",   "600",   "1200",  "2400",  "4800",
+                     "9600",    "19200", "38400", "57600", "115200"};
     g.ParityChoices = {QString(), "Even", "Odd", "None"};
     g.DataChoices = {QString(), "7", "8"};
     g.StopChoices = {QString(), "1", "2"};

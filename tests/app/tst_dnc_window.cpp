@@ -5,6 +5,7 @@
 #include "fake_link.h"
 #include "rows.h"
 #include "setup_dialog.h"
+#include "throttled_text.h"
 #include "tool_db_fixture.h"
 #include "tool_grid.h"
 #include "window_guard.h"
@@ -51,6 +52,7 @@ private slots:
     void setupInTheFrame();
     void helpAndClosing();
     void unusableDatabaseIsReportedAndLeftAlone();
+    void textsAtAReadableRate();
 };
 
 // One caption shows that the texts follow the language of the command line.
@@ -160,6 +162,41 @@ void TstDncWindow::unusableDatabaseIsReportedAndLeftAlone() {
     QVERIFY(message.contains(missing));
     QVERIFY(!r.f.g.ToolDbEnabled && !r.w->DBGrid1);
     QVERIFY(!QFile::exists(missing));
+}
+
+// A count that changes thousands of times a second reaches the label at most 30 times a second,
+// and its last value always does; hiding a control shows at once what was waiting for it.
+void TstDncWindow::textsAtAReadableRate() {
+    Rig r("303");
+    r.open();
+    Screen &s = r.w->screen();
+    s.setLabel1Visible(true);
+    QStringList shown;
+    QString last;
+    QElapsedTimer clock;
+    clock.start();
+    for (int i = 1; clock.elapsed() < 300; ++i) {
+        last = QString::number(i);
+        s.setLabel1Caption(last);
+        QCoreApplication::processEvents();
+        if (shown.isEmpty() || shown.last() != r.w->Label1->text())
+            shown << r.w->Label1->text();
+    }
+    QVERIFY2(shown.size() >= 2 && shown.size() <= 300 / ThrottledText::IntervalMs + 2,
+             qPrintable(shown.join(' ')));
+    QTRY_COMPARE(r.w->Label1->text(), last);
+
+    QTest::qWait(ThrottledText::IntervalMs);
+    s.setText1Text(QStringLiteral("first"));
+    s.setLabel1Caption(QStringLiteral("first"));
+    QCOMPARE(r.w->Text1->toPlainText(), QStringLiteral("first")); // after a pause: at once
+    s.setText1Text(QStringLiteral("last"));
+    s.setLabel1Caption(QStringLiteral("last"));
+    QCOMPARE(r.w->Label1->text(), QStringLiteral("first"));
+    s.setText1Visible(false);
+    s.setLabel1Visible(false);
+    QCOMPARE(r.w->Text1->toPlainText(), QStringLiteral("last"));
+    QCOMPARE(r.w->Label1->text(), QStringLiteral("last"));
 }
 
 QTEST_MAIN(TstDncWindow)

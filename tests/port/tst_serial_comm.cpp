@@ -1,4 +1,5 @@
 // The port through the real QSerialPort on a pseudo-terminal; the test plays the far end.
+#include "event_loop_yield.h"
 #include "pty_pair.h"
 #include "serial_comm.h"
 #include "serial_devices.h"
@@ -117,6 +118,15 @@ private:
     QString m_user;
 };
 
+// Until `n` characters wait at the port, without running the event loop.
+bool waitingInDriver(const PtyPair &pty, int n) {
+    QElapsedTimer clock;
+    clock.start();
+    while (pty.waitingAtSlave() < n && clock.elapsed() < 3000)
+        QThread::msleep(1);
+    return pty.waitingAtSlave() == n;
+}
+
 QByteArray pattern(qsizetype n) {
     QByteArray b(n, Qt::Uninitialized);
     for (qsizetype i = 0; i < n; ++i)
@@ -198,6 +208,90 @@ private slots:
         got += pty.receiveCount(int(data.size() + 2 - got.size()), 3000);
         QVERIFY(got == data + "CC");
         QVERIFY2(most <= SerialComm::MaxInFlight, qPrintable(QString::number(most)));
+    }
+
+    void countsWhatWaitsInTheDriver_data() {
+        QTest::addColumn<QByteArray>("fetched"); // read in by the event loop first
+        QTest::newRow("an X-off alone") << QByteArray();
+        QTest::newRow("the 7 behind a DLE already fetched") << QByteArray("\x10");
+    }
+    // What reached the driver after the event loop last looked is counted, and Input hands it
+    // over with what came before: an X-off stops the sender after the line in progress.
+    void countsWhatWaitsInTheDriver() {
+        QFETCH(QByteArray, fetched);
+        OPEN_PTY(pty);
+        SerialComm comm(pty.slavePath());
+        comm.setPortOpen(true);
+        QVERIFY(pty.send(fetched));
+        QTRY_COMPARE(comm.inBufferCount(), int(fetched.size()));
+        const QByteArray late = fetched.isEmpty() ? QByteArray("\x13") : QByteArray("7");
+        QVERIFY(pty.send(late));
+        QVERIFY(waitingInDriver(pty, 1));
+        QCOMPARE(comm.inBufferCount(), int(fetched.size()) + 1);
+        QCOMPARE(comm.input(), fetched + late);
+        QCOMPARE(comm.inBufferCount(), 0);
+        comm.setPortOpen(false);
+    }
+
+    void passAfterWorkDoesNotSleep_data() {
+        QTest::addColumn<QString>("work");
+        QTest::newRow("after Output") << "output";
+        QTest::newRow("after Input") << "input";
+        QTest::newRow("nothing done: it sleeps") << "";
+    }
+    // A pass that follows one which found nothing sleeps until an event, unless the caller has
+    // done work on the port since: the next line of a send is not held up.
+    void passAfterWorkDoesNotSleep() {
+        QFETCH(QString, work);
+        OPEN_PTY(pty);
+        SerialComm comm(pty.slavePath());
+        comm.setSettings(QStringLiteral("115200,N,8,1"));
+        EventLoopYield yield(comm);
+        comm.setPortOpen(true);
+        yield.DoEvents(); // finds nothing
+        if (work == "output") {
+            comm.output("N1\r");
+        } else if (work == "input") {
+            QVERIFY(pty.send("\x10\x37"));
+            QVERIFY(waitingInDriver(pty, 2));
+            QCOMPARE(comm.inBufferCount(), 2);
+            QCOMPARE(comm.input(), QByteArray("\x10\x37"));
+        }
+        bool woken = false; // by the watchdog: the pass slept
+        QTimer watchdog;
+        watchdog.setSingleShot(true);
+        connect(&watchdog, &QTimer::timeout, this, [&] { woken = true; });
+        watchdog.start(1000);
+        yield.DoEvents();
+        QCOMPARE(woken, work.isEmpty());
+        comm.setPortOpen(false);
+    }
+
+    // A drain sleeps until the moment the line should be empty, and wakes then: not before,
+    // not at some later tick, and not in many passes.
+    void drainWakesWhenTheLineIsEmpty() {
+        OPEN_PTY(pty);
+        SerialComm comm(pty.slavePath());
+        comm.setSettings(QStringLiteral("9600,N,8,1")); // 960 characters a second
+        EventLoopYield yield(comm);
+        comm.setPortOpen(true);
+        bool stuck = false;
+        QTimer watchdog;
+        connect(&watchdog, &QTimer::timeout, this, [&] { stuck = true; });
+        watchdog.start(3000);
+        QElapsedTimer clock;
+        clock.start();
+        comm.output(QByteArray(96, 'N')); // 100 ms on the line
+        int passes = 0;
+        while (comm.outBufferCount() > 0 && !stuck) {
+            yield.DoEvents();
+            ++passes;
+        }
+        const qint64 ms = clock.elapsed();
+        QVERIFY2(!stuck && ms >= 99 && ms < 600, qPrintable(QString::number(ms)));
+        QVERIFY2(passes <= 6, qPrintable(QString::number(passes)));
+        QCOMPARE(pty.receiveCount(96, 1000), QByteArray(96, 'N'));
+        comm.setPortOpen(false);
     }
 
     void session_data() {

@@ -52,6 +52,8 @@ class TstSetupDialog : public QObject {
 private slots:
     void form();
     void buttonWritesAllAndCloses();
+    void baudKeptOrReplaced_data();
+    void baudKeptOrReplaced();
     void closingWritesNothing();
     void deviceRoundTrip();
     void deviceShown_data();
@@ -96,7 +98,7 @@ void TstSetupDialog::buttonWritesAllAndCloses() {
 
     // The lists show what the file holds, or their first entry for a value they do not offer;
     // the button writes that back with the operator's change.
-    ini.write("[Default]\nPort=COM1:\nBaud=19200\nParity=N\nData=8\nStop=2\nCNC=xonxoff\n"
+    ini.write("[Default]\nPort=COM1:\nBaud=14400\nParity=N\nData=8\nStop=2\nCNC=xonxoff\n"
               "Soft=10\nWait-Xon=70000\nSpace=0.4\n");
     SetupDialog d(ini.g);
     d.Combo[0]->setCurrentIndex(1);
@@ -107,6 +109,35 @@ void TstSetupDialog::buttonWritesAllAndCloses() {
     QCOMPARE(ini.g.ComSettings, QStringLiteral("COM2:300,N,8,2"));
     QCOMPARE(ini.g.CncType, qint16(1));
     QCOMPARE(ini.g.WaitXon, qint16(1));
+}
+
+void TstSetupDialog::baudKeptOrReplaced_data() {
+    QTest::addColumn<QByteArray>("stored");
+    QTest::addColumn<QByteArray>("written");
+    QTest::newRow("first entry") << QByteArray("300") << QByteArray("300");
+    QTest::newRow("last of the older values") << QByteArray("9600") << QByteArray("9600");
+    QTest::newRow("first of the faster ones") << QByteArray("19200") << QByteArray("19200");
+    QTest::newRow("fastest") << QByteArray("115200") << QByteArray("115200");
+    QTest::newRow("not offered") << QByteArray("14400") << QByteArray("300");
+    QTest::newRow("not offered beyond") << QByteArray("230400") << QByteArray("300");
+}
+
+// The faster speeds come after the older ones, so the first entry and every index already in
+// use keep their meaning.
+void TstSetupDialog::baudKeptOrReplaced() {
+    QFETCH(QByteArray, stored);
+    QFETCH(QByteArray, written);
+    IniFile ini;
+    ini.write("[Default]\nBaud=" + stored + "\n");
+    SetupDialog d(ini.g);
+    QStringList offered;
+    for (int i = 0; i < d.Combo[1]->count(); ++i)
+        offered << d.Combo[1]->itemText(i);
+    QCOMPARE(offered, (QStringList{"300", "600", "1200", "2400", "4800", "9600", "19200", "38400",
+                                   "57600", "115200"}));
+    d.show();
+    QTest::mouseClick(d.Command1, Qt::LeftButton);
+    QVERIFY2(ini.read().contains("\nBaud=" + written + "\n"), ini.read().constData());
 }
 
 // Decided: closing the dialog by its frame or Escape writes nothing.

@@ -18,7 +18,7 @@ struct RealLink {
     Globals g;
     SerialComm comm;
     QtLinkTimer timer;
-    EventLoopYield yield;
+    EventLoopYield yield{comm};
     OperatorScreen screen;
     CmDialog dialog;
     OperationState state;

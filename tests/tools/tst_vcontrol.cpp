@@ -73,6 +73,28 @@ private slots:
         // The machine cannot have taken it faster than 4000 characters a second.
         QVERIFY(vc.events().last().us - vc.chunks().first().us >= stored.size() * 225);
     }
+
+    // At a line's speed the control takes one character per character time, however fast they
+    // were written, and counts as after the X-off what the line brought after it went out.
+    void lineSpeed() {
+        VControlProcess vc;
+        QVERIFY2(vc.start({"--type", "XonXoff", "--buffer", "4096", "--xoff-at", "1000", "--xon-at",
+                           "100", "--rate", "1", "--baud", "57600"}),
+                 qPrintable(vc.errorString()));
+        Line line(vc.device());
+        QVERIFY(line.send(QByteArray(1500, 'N')));
+        QVERIFY(line.read(3000).contains(WireChar::XOFF));
+        // 1000 characters at 5760 a second, from the control's first read on.
+        QVERIFY(vc.waitForEvent("XOFF"));
+        const auto xoff = std::find_if(vc.events().begin(), vc.events().end(),
+                                       [](const auto &e) { return e.word == "XOFF"; });
+        const qint64 us = xoff->us - vc.chunks().first().us;
+        QVERIFY2(us >= 173000, qPrintable(QString::number(us)));
+        QThread::msleep(500); // the other 500 need 87 ms
+        QVERIFY(vc.stop());
+        vc.refresh();
+        QCOMPARE(vc.eventTexts("EXIT").value(0), QStringLiteral("overruns 0, most after hold 500"));
+    }
 };
 
 QTEST_GUILESS_MAIN(TstVControl)

@@ -86,6 +86,47 @@ private slots:
         QCOMPARE(leftOver(r), QString());
     }
 
+    void lineSpeed_data() {
+        QTest::addColumn<QStringList>("control");
+        QTest::addColumn<int>("type");
+        QTest::addColumn<int>("baud");
+        QTest::addColumn<int>("answer"); // characters the control sends back for each line
+        QTest::newRow("303 at 115 200 baud") << C303 << 1 << 115200 << 2;
+        QTest::newRow("504 at 115 200 baud") << C504 << 2 << 115200 << 2;
+        // A machine that takes it all: nothing holds the stream up but the line.
+        QTest::newRow("XonXoff at 921 600 baud")
+            << QStringList{"--type", "XonXoff",  "--buffer",  "1000000",
+                           "--rate", "10000000", "--end-gap", "200"}
+            << 3 << 921600 << 0;
+    }
+    // A send keeps up with the line: a loop that slept between lines, or a drain that waited
+    // for some later tick, would take two to three times as long.
+    void lineSpeed() {
+        QFETCH(QStringList, control);
+        QFETCH(int, type);
+        QFETCH(int, baud);
+        QFETCH(int, answer);
+        VControlProcess vc;
+        QVERIFY2(vc.start(control), qPrintable(vc.errorString()));
+        QTemporaryDir dir;
+        QFile out(dir.filePath(QStringLiteral("P.tap")));
+        B file;
+        for (int i = 1; i <= (type == 3 ? 1000 : 300); ++i)
+            file += "N" + B::number(i) + " G01 X12.345 Y-67.890 F300\r\n";
+        QVERIFY(out.open(QIODevice::WriteOnly) && out.write(file) == file.size() && out.flush());
+        RealLink r(vc.device(), qint16(type));
+        r.g.ComSettings = QStringLiteral("COM1:%1,N,8,1").arg(baud);
+        const qint64 characters = file.size() + file.count('\n') * (answer - 1);
+        const double lineMs = double(characters) * 10 * 1000 / baud;
+        QElapsedTimer clock;
+        clock.start();
+        SendData(r.link, out.fileName());
+        const double ms = double(clock.elapsed());
+        QVERIFY2(ms <= 1.5 * lineMs + 300,
+                 qPrintable(QStringLiteral("%1 ms, the line needs %2 ms").arg(ms).arg(lineMs)));
+        QVERIFY(r.screen.boxes.isEmpty());
+    }
+
     void receive_data() {
         QTest::addColumn<QStringList>("control");
         QTest::addColumn<B>("program"); // as the control holds it, lines end CR

@@ -45,6 +45,8 @@ Type XonXoff:
   --halt-char HEX          the halting character (default 13, X-off)
   --halt-ms MS             (default 1000)
   --end-gap MS             a program ends after MS of silence once drained (default 1000)
+  --baud N                 characters reach the control at the speed of an 8N1 line of N
+                           baud, as a UART would hand them over (default: as soon as written)
 )";
 
 [[noreturn]] void fail(const std::string &why) {
@@ -167,6 +169,8 @@ Options parseOptions(int argc, char **argv) {
             o.haltMs = num();
         } else if (opt == "--end-gap") {
             o.endGapMs = num();
+        } else if (opt == "--baud") {
+            o.baud = num();
         } else {
             fail("unknown option \"" + opt + "\"");
         }

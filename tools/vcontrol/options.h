@@ -39,6 +39,9 @@ struct Options {
     unsigned char haltChar = 0x13;
     long haltMs = 1000;
     long endGapMs = 1000;
+    // 0: what the program writes is read at once; else it reaches the control at the speed of
+    // a line of this many baud (8N1: a tenth of it in characters a second).
+    long baud = 0;
 };
 
 // Parses argv. On --help prints the usage and exits 0; on a bad option prints why and exits 2.

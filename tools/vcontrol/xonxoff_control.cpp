@@ -10,7 +10,7 @@ constexpr char XOFF = 0x13;
 } // namespace
 
 XonXoffControl::XonXoffControl(const Options &o, Wire &w, ProgramStore &store)
-    : m_o(o), m_w(w), m_store(store) {}
+    : m_o(o), m_w(w), m_store(store), m_charUs(o.baud > 0 ? 10e6 / double(o.baud) : 0) {}
 
 void XonXoffControl::tx(char c) {
     if (!m_o.silent)
@@ -20,9 +20,10 @@ void XonXoffControl::tx(char c) {
 void XonXoffControl::run() {
     for (;;) {
         int64_t now = nowUs();
+        deliver(now);
         drain(now);
         resumeIfDue(now);
-        if (m_inProgram && fill() == 0 && !held() &&
+        if (m_inProgram && fill() == 0 && !held() && m_w.inbox().empty() &&
             now - m_w.lastRxUs() >= int64_t(m_o.endGapMs) * 1000)
             finish();
 
@@ -32,23 +33,46 @@ void XonXoffControl::run() {
             until = now + std::clamp<int64_t>(1000000 / m_o.rate, 1000, 5000);
             m_w.busy();
         }
+        if (!m_w.inbox().empty()) {
+            // The next character off the line; a few at a time on a fast one.
+            until = std::min(until, std::max(now + 100, int64_t(m_lineFree + m_charUs) + 1));
+            m_w.busy();
+        }
         if (m_haltUntil >= 0) {
             until = std::min(until, m_haltUntil);
             m_w.busy();
         }
         if (m_inProgram && fill() == 0)
             until = std::min(until, m_w.lastRxUs() + int64_t(m_o.endGapMs) * 1000);
-        if (m_w.receive(until)) {
-            std::string chunk(m_w.inbox());
-            m_w.consume(chunk.size());
-            take(chunk);
-        }
+        const bool idleLine = m_w.inbox().empty();
+        if (m_w.receive(until) && idleLine)
+            m_lineFree = std::max(m_lineFree, double(nowUs())); // the line starts on it now
+    }
+}
+
+void XonXoffControl::deliver(int64_t now) {
+    if (m_o.baud == 0) {
+        std::string chunk(m_w.inbox());
+        m_w.consume(chunk.size());
+        if (!chunk.empty())
+            take(chunk, now);
+        return;
+    }
+    // One character per character time, each at its own moment, the machine draining in
+    // between: a control that was late to look catches up as the line would have gone.
+    while (!m_w.inbox().empty() && m_lineFree + m_charUs <= double(now)) {
+        m_lineFree += m_charUs;
+        const auto at = int64_t(m_lineFree);
+        drain(at);
+        std::string one(m_w.inbox().substr(0, 1));
+        m_w.consume(1);
+        take(one, at);
     }
 }
 
 void XonXoffControl::drain(int64_t now) {
     if (fill() > 0) {
-        m_credit += double(now - m_lastDrain) * double(m_o.rate) / 1e6;
+        m_credit += double(std::max<int64_t>(now - m_lastDrain, 0)) * double(m_o.rate) / 1e6;
         size_t n = std::min(fill(), size_t(m_credit));
         m_drained += n;
         m_credit -= double(n);
@@ -70,12 +94,13 @@ void XonXoffControl::resumeIfDue(int64_t now) {
 }
 
 // One read's worth of characters, taken one at a time as a UART would.
-void XonXoffControl::take(std::string_view chunk) {
-    if (held())
+void XonXoffControl::take(std::string_view chunk, int64_t at) {
+    // After the hold: what arrived once the X-off had gone out, not what was there before.
+    if (held() && at >= m_heldAt)
         m_afterHold += long(chunk.size());
     m_maxAfterHold = std::max(m_maxAfterHold, m_afterHold);
     if (fill() == 0) {
-        m_lastDrain = nowUs(); // the machine starts on what has just come, not before
+        m_lastDrain = at; // the machine starts on what has just come, not before
         m_credit = 0;
     }
     long lost = 0;
@@ -99,15 +124,19 @@ void XonXoffControl::take(std::string_view chunk) {
         if (!m_xoffSent && fill() >= size_t(m_o.xoffAt)) {
             tx(XOFF);
             m_w.log().event("XOFF", "fill " + std::to_string(fill()));
-            if (!held())
+            if (!held()) {
                 m_afterHold = 0;
+                m_heldAt = nowUs();
+            }
             m_xoffSent = true;
         }
         if (c == '\r' && ++m_lines == m_o.haltAfterLine) {
             tx(char(m_o.haltChar));
             m_w.log().event("HALT", "after line " + std::to_string(m_lines));
-            if (!held())
+            if (!held()) {
                 m_afterHold = 0;
+                m_heldAt = nowUs();
+            }
             m_haltUntil = nowUs() + int64_t(m_o.haltMs) * 1000;
         }
     }

@@ -23,7 +23,9 @@ public:
 private:
     size_t fill() const { return m_program.size() - m_drained; }
     bool held() const { return m_xoffSent || m_haltUntil >= 0; }
-    void take(std::string_view chunk);
+    // Hands what has come to take(): at once, or at the line's speed (--baud).
+    void deliver(int64_t now);
+    void take(std::string_view chunk, int64_t at);
     void drain(int64_t now);
     void resumeIfDue(int64_t now);
     void finish();
@@ -32,6 +34,8 @@ private:
     const Options &m_o;
     Wire &m_w;
     ProgramStore &m_store;
+    double m_charUs;       // time of one character on the line; 0: no line speed
+    double m_lineFree = 0; // when the line has carried the last character handed over
     std::string m_program; // every character accepted, in order
     size_t m_drained = 0;  // how many of them the machine has taken
     double m_credit = 0;   // characters the machine may take and has not yet
@@ -40,6 +44,7 @@ private:
     bool m_xoffSent = false;
     int64_t m_haltUntil = -1; // -1: no halt
     long m_lines = 0;
+    int64_t m_heldAt = 0; // when the X-off or the halt character went out
     long m_afterHold = 0;
     long m_maxAfterHold = 0;
     long m_overruns = 0;
