@@ -37,6 +37,8 @@ public:
     void Command2_Click();
     void Enable_cmd();
 
+    // Start-up found a command line it cannot run with and has said so: the program ends.
+    bool startRefused() const { return m_startRefused; }
     const OperationState &operationState() const { return m_state; }
     Screen &screen();
 
@@ -61,4 +63,5 @@ private:
     std::unique_ptr<Link> m_link;
     Comm &m_comm;
     Yield &m_yield;
+    bool m_startRefused = false;
 };

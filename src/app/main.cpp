@@ -19,6 +19,8 @@ int main(int argc, char *argv[]) {
     QtLinkTimer timer(g);
     EventLoopYield yield;
     DncWindow window(g, state, comm, timer, yield, commandLineFromArgs(app.arguments().mid(1)));
+    if (window.startRefused())
+        return 2;
     window.show();
 
     // For the demo on a machine without a screen: a picture of the window, then the end.
