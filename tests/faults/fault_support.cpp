@@ -61,6 +61,20 @@ bool SmallDisk::remountReadOnly() {
                    MS_REMOUNT | MS_RDONLY, nullptr) == 0;
 }
 
+QString hangUpUnavailable() {
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (status.open(QIODevice::ReadOnly)) {
+        for (const QByteArray &line : status.readAll().split('\n')) {
+            if (!line.startsWith("CapEff:"))
+                continue;
+            const quint64 caps = line.mid(7).trimmed().toULongLong(nullptr, 16);
+            if (caps & (quint64(1) << 21)) // CAP_SYS_ADMIN
+                return QString();
+        }
+    }
+    return QStringLiteral("hanging up a terminal (TIOCVHANGUP) needs CAP_SYS_ADMIN: run as root");
+}
+
 QString hangUp(const QString &path) {
     const QString device = QFileInfo(path).canonicalFilePath();
     const int fd = ::open(QFile::encodeName(device.isEmpty() ? path : device).constData(),

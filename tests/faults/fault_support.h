@@ -35,6 +35,9 @@ private:
     QString m_why;
 };
 
+// Why no device can be hung up here (it takes CAP_SYS_ADMIN); empty when it can.
+QString hangUpUnavailable();
+
 // The device behind `path` hung up as a USB serial adapter is when it is pulled out: every
 // open descriptor of it fails from now on. Empty when done, else why not (needs root).
 QString hangUp(const QString &path);

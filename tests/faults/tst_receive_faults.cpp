@@ -125,6 +125,8 @@ void TestReceiveFaults::receive() {
     r.screen.saveAnswers.push_back(target);
 
     QFETCH(QString, fault);
+    if (const QString why = hangUpUnavailable(); fault.startsWith(u"pull at") && !why.isEmpty())
+        QSKIP(qPrintable(why));
     Trigger trigger;
     const QString event = fault.section(u' ', -1);
     auto when = [&] {

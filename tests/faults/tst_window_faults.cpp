@@ -84,6 +84,8 @@ void TestWindowFaults::command() {
     operatorAt.typed = QStringLiteral("P");
     operatorAt.fileName = savePath;
     QFETCH(QString, fault);
+    if (const QString why = hangUpUnavailable(); fault.startsWith(u"pull at") && !why.isEmpty())
+        QSKIP(qPrintable(why));
     Trigger trigger;
     const QString event = fault.section(u' ', -1);
     auto when = [&] {
