@@ -41,8 +41,16 @@ Screen &DncWindow::screen() {
 void DncWindow::Form_Load(const QString &commandLine) {
     m_g.ToolDbEnabled = false;
     GetParameter(m_g, commandLine);
+    // A section name on two lines would break dnc.ini at the first Setup: the program ends.
+    if (const QString why = sectionNameProblem(m_g.ConfigSection); !why.isEmpty()) {
+        m_screen->msgBox(why, BoxIcon::Critical, QString());
+        m_startRefused = true;
+        return;
+    }
     InitTexts(m_g);
     InitChoices(m_g);
+    if (const QString why = iniFileProblem(m_g); !why.isEmpty())
+        m_screen->msgBox(why, BoxIcon::Critical, QString());
     ReadSettings(m_g);
     if (const int interval = startupTimerInterval(m_g.CncType))
         m_timer.setInterval(interval); // else the timer keeps the interval it was made with

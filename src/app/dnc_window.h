@@ -41,6 +41,8 @@ public:
     // What the setup dialog offers as the port's device.
     void setSerialDeviceScan(SerialDeviceScan scan) { m_deviceScan = std::move(scan); }
 
+    // Start-up found a command line it cannot run with and has said so: the program ends.
+    bool startRefused() const { return m_startRefused; }
     Screen &screen();
 
 protected:
@@ -65,4 +67,5 @@ private:
     SerialDeviceScan m_deviceScan;
     Yield &m_yield;
     bool m_gridOff = false; // the grid could not be read; tried again after each send
+    bool m_startRefused = false;
 };

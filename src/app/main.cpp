@@ -25,6 +25,8 @@ int main(int argc, char *argv[]) {
     QtLinkTimer timer(g);
     EventLoopYield yield(comm);
     DncWindow window(g, state, comm, timer, yield, commandLineFromArgs(app.arguments().mid(1)));
+    if (window.startRefused())
+        return 2;
     window.setSerialDeviceScan([] { return presentSerialDevices(); });
     window.show();
 

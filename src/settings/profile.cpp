@@ -1,5 +1,7 @@
 #include "profile.h"
 
+#include "regular_file.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -68,11 +70,24 @@ std::optional<Entry> entryOf(QByteArrayView line) {
     return Entry{trimBlanks(t.first(eq)), trimBlanks(t.sliced(eq + 1))};
 }
 
-QByteArray readAll(const QString &path) {
+// The whole file; empty when there is none. Nothing when something is there that cannot be read
+// as a settings file (a FIFO would hold start-up, /dev/zero would fill memory; an unreadable
+// file must not be replaced by one holding a single key).
+std::optional<QByteArray> readAll(const QString &path, QString *why = nullptr) {
     QFile f(path);
-    if (!f.open(QIODevice::ReadOnly))
-        return {};
+    QString reason;
+    if (!openRegularFile(f, reason)) {
+        if (!QFileInfo::exists(path))
+            return QByteArray();
+        if (why)
+            *why = reason;
+        return std::nullopt;
+    }
     return f.readAll();
+}
+
+bool holdsLineBreak(const QString &name) {
+    return name.contains(QLatin1Char('\n')) || name.contains(QLatin1Char('\r'));
 }
 
 // Each line with its own end ("\n", "\r\n", or none for a last line without one), so
@@ -156,9 +171,30 @@ static QString profilePath(const Globals &g) {
     return g.iniPath.isEmpty() ? defaultIniPath() : g.iniPath;
 }
 
+QString iniFileProblem(const Globals &g) {
+    const QString path = profilePath(g);
+    QString why;
+    if (readAll(path, &why))
+        return QString();
+    return QStringLiteral("The settings file %1 %2: the settings can be neither read nor saved.")
+        .arg(path, why.startsWith(QLatin1String("is "))
+                       ? why
+                       : QStringLiteral("cannot be read (%1)").arg(why));
+}
+
+QString sectionNameProblem(const QString &section) {
+    if (!holdsLineBreak(section))
+        return QString();
+    return QStringLiteral("The configuration name given with -s holds a line break, which a "
+                          "section of the settings file cannot hold. Start the program again "
+                          "with a name on one line.");
+}
+
 QString GetProfile(const Globals &g, const QString &section, const QString &key) {
-    const QByteArray data = readAll(profilePath(g));
-    const auto lines = splitLines(data);
+    const auto data = readAll(profilePath(g));
+    if (!data)
+        return {};
+    const auto lines = splitLines(*data);
     const Place p = find(lines, section, key);
     if (!p.keyLine)
         return {};
@@ -167,8 +203,14 @@ QString GetProfile(const Globals &g, const QString &section, const QString &key)
 
 void PutProfile(const Globals &g, const QString &section, const QString &key,
                 const QString &value) {
+    // A name on two lines would write a broken header and entries into other sections.
+    if (holdsLineBreak(section) || holdsLineBreak(key))
+        return;
     const QString path = profilePath(g);
-    const QByteArray old = readAll(path);
+    const auto read = readAll(path);
+    if (!read)
+        return;
+    const QByteArray &old = *read;
     const auto lines = splitLines(old);
     const QByteArray eol = old.contains("\r\n") ? QByteArrayLiteral("\r\n") : "\n";
     const Place p = find(lines, section, key);

@@ -1,28 +1,35 @@
 #include "tool_scan.h"
 
 #include "number_text.h"
+#include "regular_file.h"
 
+#include <QBuffer>
 #include <QFileDevice>
 #include <algorithm>
 
 namespace {
 
-// One line of an NC file, without its end. False at the end of the file.
-bool readNcLine(QIODevice &file, QByteArray &line) {
+enum class LineRead { Line, End, TooLong };
+
+// One line of an NC file, without its end. A file without line ends (a binary picked by
+// mistake) must not fill memory: a line longer than maxLine is not read.
+LineRead readNcLine(QIODevice &file, QByteArray &line, qint64 maxLine) {
     line.clear();
     char c;
     if (!file.getChar(&c))
-        return false;
+        return LineRead::End;
     do {
         if (c == '\r') {
             char next;
             if (file.peek(&next, 1) == 1 && next == '\n')
                 file.getChar(&next);
-            return true;
+            return LineRead::Line;
         }
+        if (line.size() == maxLine)
+            return LineRead::TooLong;
         line.append(c);
     } while (file.getChar(&c));
-    return true;
+    return LineRead::Line;
 }
 
 // Only the blank counts; a tab is part of the text.
@@ -49,10 +56,17 @@ QString cutAtLimit(QString name, const std::array<QString, 11> &LimitStrings, qi
 } // namespace
 
 ToolScan scanToolLines(QIODevice &file, const std::array<QString, 11> &LimitStrings,
-                       qint16 LimitCount) {
+                       qint16 LimitCount, qint64 maxLine) {
     ToolScan scan;
     QByteArray raw;
-    while (readNcLine(file, raw)) {
+    qint64 lineNumber = 0;
+    for (LineRead read; (read = readNcLine(file, raw, maxLine)) != LineRead::End;) {
+        ++lineNumber;
+        if (read == LineRead::TooLong) {
+            scan.failure = QStringLiteral("The head of the program was not read to its end: %1.")
+                               .arg(lineTooLong(lineNumber, maxLine));
+            return scan;
+        }
         // Bytes stand for themselves: one byte, one character.
         const QString line = QString::fromLatin1(stripBlanks(raw)).toLower();
         if (line.contains(QLatin1Char('%')))
@@ -90,4 +104,12 @@ ToolScan scanToolLines(QIODevice &file, const std::array<QString, 11> &LimitStri
         device && device->error() != QFileDevice::NoError)
         scan.failure = device->errorString();
     return scan;
+}
+
+ToolScan scanToolLines(const QByteArray &content, const std::array<QString, 11> &LimitStrings,
+                       qint16 LimitCount, qint64 maxLine) {
+    QByteArray copy = content;
+    QBuffer buffer(&copy);
+    buffer.open(QIODevice::ReadOnly);
+    return scanToolLines(buffer, LimitStrings, LimitCount, maxLine);
 }

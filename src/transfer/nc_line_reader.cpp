@@ -1,35 +1,46 @@
 #include "nc_line_reader.h"
 
-NcLineReader::NcLineReader(const QString &path, qint64 blockSize)
-    : m_file(path), m_blockSize(blockSize) {}
+NcLineReader::NcLineReader(const QString &path, qint64 blockSize, qint64 maxLine)
+    : m_file(path), m_blockSize(blockSize), m_maxLine(maxLine) {}
 
 bool NcLineReader::open() {
-    return m_file.open(QIODevice::ReadOnly);
+    return openRegularFile(m_file, m_error);
 }
 
 bool NcLineReader::atEnd() const {
-    return m_pos >= m_block.size() && (m_eof || m_file.atEnd());
+    return failed() || (m_pos >= m_block.size() && (m_eof || m_file.atEnd()));
 }
 
 bool NcLineReader::fill() {
     m_block = m_eof ? QByteArray() : m_file.read(m_blockSize);
     m_pos = 0;
     // A failed read ends the file too, or a reader would loop on it forever.
-    if (m_block.isEmpty())
+    if (m_block.isEmpty()) {
         m_eof = true;
+        if (m_file.error() != QFileDevice::NoError)
+            m_error = m_file.errorString();
+    }
     return !m_block.isEmpty();
 }
 
 QByteArray NcLineReader::readLine() {
     QByteArray line;
+    if (failed())
+        return line;
+    ++m_lineNumber;
     while (m_pos < m_block.size() || fill()) {
         const qsizetype cr = m_block.indexOf('\r', m_pos);
+        const qsizetype end = cr < 0 ? m_block.size() : cr;
+        if (line.size() + (end - m_pos) > m_maxLine) {
+            // A file without line ends (a binary, a link to a device) would fill memory.
+            m_error = lineTooLong(m_lineNumber, m_maxLine);
+            return QByteArray();
+        }
+        line += QByteArrayView(m_block).sliced(m_pos, end - m_pos);
         if (cr < 0) {
-            line += QByteArrayView(m_block).sliced(m_pos);
             m_pos = m_block.size();
             continue;
         }
-        line += QByteArrayView(m_block).sliced(m_pos, cr - m_pos);
         m_pos = cr + 1;
         // Look ahead for the LF of a CR LF, also across the end of the block.
         if (m_pos >= m_block.size())
@@ -38,5 +49,5 @@ QByteArray NcLineReader::readLine() {
             ++m_pos;
         break;
     }
-    return line;
+    return failed() ? QByteArray() : line;
 }

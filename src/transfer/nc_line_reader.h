@@ -2,7 +2,10 @@
 // Reads an NC program as bytes, one line at a time, a block at a time, so that memory does
 // not grow with the file. A line ends at CR or CR LF (one line end, even when the two fall
 // in different blocks); a lone LF stays in the line. The last line needs no line end, and a
-// line end at the very end makes no further line.
+// line end at the very end makes no further line. Only a regular file is opened, and a line
+// longer than `maxLine` is not read: the reader fails there and says why.
+
+#include "regular_file.h"
 
 #include <QByteArray>
 #include <QFile>
@@ -10,13 +13,17 @@
 
 class NcLineReader {
 public:
-    explicit NcLineReader(const QString &path, qint64 blockSize = 64 * 1024);
+    explicit NcLineReader(const QString &path, qint64 blockSize = 64 * 1024,
+                          qint64 maxLine = MaxLineBytes);
 
     bool open();
-    QString errorString() const { return m_file.errorString(); }
+    // Why the open or the last read failed.
+    QString errorString() const { return m_error; }
+    // A read failed or a line was too long: nothing more is read.
+    bool failed() const { return !m_error.isEmpty(); }
     qint64 size() const { return m_file.size(); }
     bool atEnd() const;
-    QByteArray readLine(); // without its line end
+    QByteArray readLine(); // without its line end; empty once failed
     void close() { m_file.close(); }
 
 private:
@@ -24,7 +31,10 @@ private:
 
     QFile m_file;
     qint64 m_blockSize;
+    qint64 m_maxLine;
+    qint64 m_lineNumber = 0;
     QByteArray m_block;
     qsizetype m_pos = 0;
     bool m_eof = false;
+    QString m_error;
 };

@@ -5,7 +5,7 @@
 
 void ReceiveFile(Link &l) {
     QByteArray reply;
-    const bool portWorked = runOnPort(l, [&] {
+    runOnPort(l, [&] {
         l.screen.setMousePointer(11);
         SetCom(l);
         l.screen.setLabel1Visible(true);
@@ -31,11 +31,8 @@ void ReceiveFile(Link &l) {
         l.comm.setPortOpen(false);
         l.screen.setMousePointer(0);
     });
-    // A failed port has already ended the operation with its message.
-    if (!portWorked)
-        return;
-
-    // Also when the operation is being ended: what came is offered for saving before the end.
+    // Also when the port failed (its message is out, the port closed) or the operation is
+    // being ended: what came is offered for saving, and the operator decides.
     if (!reply.isEmpty()) {
         l.screen.setText1Visible(true);
         l.screen.setText1Text(QString::fromLatin1(reply));

@@ -1,8 +1,9 @@
 #include "profile.h"
+#include "regular_file.h"
 #include "transfer.h"
 
 #include <QDir>
-#include <QFile>
+#include <QSaveFile>
 
 bool writeSavedProgram(QFileDevice &out, const QByteArray &buffer) {
     return out.write(buffer) == buffer.size() && out.write("\r\n", 2) == 2 && out.flush();
@@ -21,14 +22,25 @@ void SaveFile(Link &l, const QByteArray &buffer) {
         return;
     PutProfile(l.g, l.g.ConfigSection, QStringLiteral("CNCDir"), folderOf(path));
 
+    // Written beside the old file and renamed over it only once all of it is written: a full
+    // disk or a failed write leaves what was there, and no empty file where there was none.
     // Bytes as they came: no codec and no line-end translation on the way to the file.
-    QFile file(path);
-    const bool written =
-        file.open(QIODevice::WriteOnly | QIODevice::Truncate) && writeSavedProgram(file, buffer);
-    if (!written) {
+    QString why = notRegularReason(path);
+    if (why.isEmpty()) {
+        QSaveFile file(path);
+        file.setDirectWriteFallback(false);
+        // A failed flush is not seen by commit(), which would rename a cut file over the old
+        // one: every write and the flush are checked first.
+        if (!file.open(QIODevice::WriteOnly) || !writeSavedProgram(file, buffer)) {
+            why = file.errorString();
+            file.cancelWriting();
+        } else if (!file.commit()) {
+            why = file.errorString();
+        }
+    }
+    if (!why.isEmpty()) {
         // The program still stands in Text1, so nothing is lost but this attempt.
-        l.screen.msgBox(
-            QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), file.errorString()),
-            BoxIcon::Critical, QString());
+        l.screen.msgBox(QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), why),
+                        BoxIcon::Critical, QString());
     }
 }

@@ -40,7 +40,7 @@ void sendAcknowledged(Link &l, NcLineReader &file, const QString &prefix) {
             break;
         const QByteArray line = prepareLine(g, file);
         if (line.isEmpty())
-            break; // a blank line ends the program
+            break; // a blank line ends the program; so does a line that could not be read
         l.comm.output(line + CR);
         sent += line.size();
         l.screen.setLabel1Caption(caption(prefix, sent, total));
@@ -68,6 +68,8 @@ void sendStream(Link &l, NcLineReader &file, const QString &prefix) {
         if (l.state.ending())
             break;
         const QByteArray line = prepareLine(g, file);
+        if (file.failed())
+            break;
         l.comm.output(line + CR);
         sent += line.size();
         if (l.comm.inBufferCount() >= 1)
@@ -82,6 +84,14 @@ void sendStream(Link &l, NcLineReader &file, const QString &prefix) {
 
 void SendData(Link &l, const QString &FileName) {
     Globals &g = l.g;
+    // A FIFO would hold the window inside the open and a device such as /dev/zero never ends:
+    // neither is counted nor sent.
+    if (const QString why = notRegularReason(FileName); !why.isEmpty()) {
+        l.screen.msgBox(
+            QStringLiteral("%1 %2: only a regular file can be sent.").arg(FileName, why),
+            BoxIcon::Critical, QString());
+        return;
+    }
     // First of all, so that a file that then fails has been counted all the same.
     if (g.ToolDbEnabled && l.toolList)
         l.toolList->UpdateToolList(FileName);
@@ -117,5 +127,11 @@ void SendData(Link &l, const QString &FileName) {
             l.comm.setPortOpen(false);
         l.screen.setLabel1Visible(false);
         l.screen.setMousePointer(0);
+        if (file.failed()) {
+            l.screen.msgBox(QStringLiteral("%1: %2. The lines before it were sent, the rest "
+                                           "of the file was not.")
+                                .arg(FileName, file.errorString()),
+                            BoxIcon::Critical, QString());
+        }
     });
 }

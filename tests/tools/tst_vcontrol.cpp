@@ -93,7 +93,11 @@ private slots:
         QThread::msleep(500); // the other 500 need 87 ms
         QVERIFY(vc.stop());
         vc.refresh();
-        QCOMPARE(vc.eventTexts("EXIT").value(0), QStringLiteral("overruns 0, most after hold 500"));
+        // The character on the line as the X-off goes out may count on either side of it.
+        const QString exit = vc.eventTexts("EXIT").value(0);
+        QVERIFY2(exit == QStringLiteral("overruns 0, most after hold 500") ||
+                     exit == QStringLiteral("overruns 0, most after hold 499"),
+                 qPrintable(exit));
     }
 };
 
