@@ -62,12 +62,17 @@ QString readBack(QString v) {
     return v;
 }
 
+// A last line without its end, given the one the file uses.
+QByteArray ended(QByteArray data) {
+    if (!data.isEmpty() && !data.endsWith('\n'))
+        data += data.contains("\r\n") ? "\r\n" : "\n";
+    return data;
+}
+
 // The new file is the old one with one line changed, or one line put in, or a section added
 // at its end; nothing else moved. A last line without its end may have gained one.
-void onlyTheEntryChanged(QByteArray before, const QByteArray &after) {
-    if (!before.isEmpty() && !before.endsWith('\n'))
-        before += after.contains("\r\n") && before.contains("\r\n") ? "\r\n" : "\n";
-    const auto a = linesOf(before), b = linesOf(after);
+void onlyTheEntryChanged(const QByteArray &before, const QByteArray &after) {
+    const auto a = linesOf(ended(before)), b = linesOf(ended(after));
     size_t head = 0;
     while (head < a.size() && head < b.size() && a[head] == b[head])
         ++head;

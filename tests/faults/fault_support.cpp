@@ -87,6 +87,17 @@ QString hangUp(const QString &path) {
     return why;
 }
 
+int waitingAt(const QString &device) {
+    const int fd = ::open(QFile::encodeName(device).constData(), O_RDONLY | O_NOCTTY | O_NONBLOCK);
+    if (fd < 0)
+        return -1;
+    int n = -1;
+    if (::ioctl(fd, FIONREAD, &n) != 0)
+        n = -1;
+    ::close(fd);
+    return n;
+}
+
 int openDescriptors(const QString &path) {
     const QString target = QFileInfo(path).canonicalFilePath();
     int n = 0;

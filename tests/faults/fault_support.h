@@ -42,6 +42,10 @@ QString hangUpUnavailable();
 // open descriptor of it fails from now on. Empty when done, else why not (needs root).
 QString hangUp(const QString &path);
 
+// Characters that have reached the device and that the program has not taken yet; -1 when it
+// cannot be asked. 0 once the program has read all that came.
+int waitingAt(const QString &device);
+
 // How many of this process's descriptors are open on `path`: 0 once a file is closed.
 int openDescriptors(const QString &path);
 

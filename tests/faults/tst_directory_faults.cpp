@@ -81,7 +81,8 @@ void TestDirectoryFaults::directory() {
         if (event == u"list")
             return r.screen.list1Visible && r.screen.list1Count() > 0;
         vc.refresh();
-        return !vc.eventTexts(event).isEmpty();
+        // A stalled control: once the program has taken what came, so that it counts.
+        return !vc.eventTexts(event).isEmpty() && (event != u"STALLED" || waitingAt(link) == 0);
     };
     if (fault.startsWith(u"stop"))
         trigger.onceWhen(when, [&] { vc.stop(); });
