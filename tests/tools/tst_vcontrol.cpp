@@ -82,20 +82,24 @@ private slots:
     void lineSpeed() {
         VControlProcess vc;
         START(vc, {"--type", "XonXoff", "--buffer", "4096", "--xoff-at", "1000", "--xon-at", "100",
-                   "--rate", "1", "--baud", "57600"});
+                   "--rate", "1", "--baud", "19200"});
         Line line(vc.device());
         QVERIFY(line.send(QByteArray(1500, 'N')));
         QVERIFY(line.read(3000).contains(XOFF));
-        // 1000 characters at 5760 a second, from the control's first read on.
+        // 1000 characters at 1920 a second, from the control's first read on.
         QVERIFY(vc.waitForEvent("XOFF"));
         const auto xoff = std::find_if(vc.events().begin(), vc.events().end(),
                                        [](const auto &e) { return e.word == "XOFF"; });
         const qint64 us = xoff->us - vc.chunks().first().us;
-        QVERIFY2(us >= 173000, qPrintable(QString::number(us)));
-        QThread::msleep(500); // the other 500 need 87 ms
+        QVERIFY2(us >= 520000, qPrintable(QString::number(us)));
+        QThread::msleep(600); // the other 500 need 260 ms
         QVERIFY(vc.stop());
         vc.refresh();
-        QCOMPARE(vc.eventTexts("EXIT").value(0), QStringLiteral("overruns 0, most after hold 500"));
+        // Those still on the line when the X-off went out; a control that was late to look
+        // has let a few arrive before it.
+        const QString exit = vc.eventTexts("EXIT").value(0);
+        const int after = exit.section(' ', -1).toInt();
+        QVERIFY2(exit.startsWith("overruns 0,") && after > 450 && after <= 500, qPrintable(exit));
     }
 
     // Noise before the go-ahead, and the go-ahead split: DLE, a pause, then "7".
