@@ -67,7 +67,7 @@ struct Sender {
     OperationState state;
     SerialComm comm;
     QtLinkTimer timer{g};
-    EventLoopYield yield{comm};
+    EventLoopYield yield{comm, timer};
     QuietScreen screen;
     CmDialog dialog;
     OperationState::Run run{state};
