@@ -23,7 +23,7 @@ int main(int argc, char *argv[]) {
     // A write held up by a control that stopped reading must not keep the window from closing.
     comm.setOperationState(&state);
     QtLinkTimer timer(g);
-    EventLoopYield yield(comm);
+    EventLoopYield yield(comm, timer);
     DncWindow window(g, state, comm, timer, yield, commandLineFromArgs(app.arguments().mid(1)));
     if (window.startRefused())
         return 2;

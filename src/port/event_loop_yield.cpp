@@ -6,7 +6,8 @@
 #include <QCoreApplication>
 #include <QThread>
 
-EventLoopYield::EventLoopYield(SerialComm &port) : m_port(port) {
+EventLoopYield::EventLoopYield(SerialComm &port, const LinkTimer &clock)
+    : m_port(port), m_clock(clock) {
     m_port.setWorkListener([this] { m_idle = false; });
 }
 
@@ -20,7 +21,8 @@ void EventLoopYield::DoEvents() {
         QCoreApplication::processEvents();
         return;
     }
+    const bool sleep = m_idle || (m_clock.enabled() && !m_port.holdsInput());
     // With a time limit processEvents ignores WaitForMoreEvents and spins; without one it
     // returns after the first batch of events.
-    m_idle = !events->processEvents(m_idle ? QEventLoop::WaitForMoreEvents : QEventLoop::AllEvents);
+    m_idle = !events->processEvents(sleep ? QEventLoop::WaitForMoreEvents : QEventLoop::AllEvents);
 }

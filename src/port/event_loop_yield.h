@@ -1,18 +1,21 @@
 #pragma once
-// DoEvents over the Qt event loop. A pass dispatches what is pending and returns at once; only
-// a pass that follows one which found nothing to do, with no work done on the port since,
-// sleeps until an event arrives: characters on the port, the alarm of a line that should have
-// emptied, the clock's tick, the operator. So a wait does not spin, and a send loop does not
-// sleep between lines.
+// DoEvents over the Qt event loop. A pass dispatches what is pending and returns at once. It
+// sleeps until an event arrives (characters on the port, the alarm of a line that should have
+// emptied, the clock's tick, the operator) only when nothing else can be ready: after a pass
+// that found nothing to do with no work done on the port since, or while a wait's clock runs
+// and the port holds nothing unread, since all a wait waits for comes as an event. So a wait
+// does not spin, and a send loop does not sleep between lines.
 
 #include "link.h"
+#include "link_timer.h"
 
 class SerialComm;
 
 class EventLoopYield : public Yield {
 public:
-    // Follows `port`: characters handed to it or taken from it are work done.
-    explicit EventLoopYield(SerialComm &port);
+    // Follows `port` (characters handed to it or taken from it are work done) and `clock`,
+    // which runs only inside a wait.
+    EventLoopYield(SerialComm &port, const LinkTimer &clock);
     ~EventLoopYield() override;
     EventLoopYield(const EventLoopYield &) = delete;
     EventLoopYield &operator=(const EventLoopYield &) = delete;
@@ -21,5 +24,6 @@ public:
 
 private:
     SerialComm &m_port;
+    const LinkTimer &m_clock;
     bool m_idle = false; // the last pass found nothing to do, and nothing was done since
 };

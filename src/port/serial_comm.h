@@ -53,6 +53,9 @@ public:
     bool portOpen() const override { return m_port.isOpen(); }
     void setPortOpen(bool open) override;
 
+    // Characters taken in from the line and not yet read by Input.
+    bool holdsInput() const { return m_port.isOpen() && m_port.bytesAvailable() > 0; }
+
     void output(const QByteArray &bytes) override;
     int outBufferCount() override;
     int inBufferCount() override;

@@ -40,7 +40,7 @@ void TstWindowVControl::sendByQuickChoiceCountsToolsAndReceiveSaves() {
     SerialComm comm;
     comm.setOperationState(&state);
     QtLinkTimer timer(g);
-    EventLoopYield yield(comm);
+    EventLoopYield yield(comm, timer);
     // The database is named from its own folder: its path may hold an option's two letters.
     QDir::setCurrent(folder);
     DncWindow w(g, state, comm, timer, yield, QStringLiteral("-b -d tools.db"));

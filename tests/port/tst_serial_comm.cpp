@@ -1,6 +1,7 @@
 // The port through the real QSerialPort on a pseudo-terminal; the test plays the far end.
 #include "event_loop_yield.h"
 #include "pty_pair.h"
+#include "qt_link_timer.h"
 #include "serial_comm.h"
 #include "serial_devices.h"
 #include "wire_chars.h"
@@ -233,25 +234,42 @@ private slots:
         comm.setPortOpen(false);
     }
 
-    void passAfterWorkDoesNotSleep_data() {
+    void whenAPassSleeps_data() {
         QTest::addColumn<QString>("work");
-        QTest::newRow("after Output") << "output";
-        QTest::newRow("after Input") << "input";
-        QTest::newRow("nothing done: it sleeps") << "";
+        QTest::addColumn<bool>("inWait"); // the wait's clock runs
+        QTest::addColumn<bool>("sleeps");
+        QTest::newRow("after Output") << "output" << false << false;
+        QTest::newRow("after Input") << "input" << false << false;
+        QTest::newRow("nothing done") << "" << false << true;
+        // All a wait waits for comes as an event...
+        QTest::newRow("in a wait, after Output") << "output" << true << true;
+        // ...unless it has come already and waits to be read.
+        QTest::newRow("in a wait, after Output, an answer fetched")
+            << "fetched, output" << true << false;
     }
-    // A pass that follows one which found nothing sleeps until an event, unless the caller has
-    // done work on the port since: the next line of a send is not held up.
-    void passAfterWorkDoesNotSleep() {
+    // A pass sleeps until an event only when nothing else can be ready: the next line of a
+    // send is not held up, and a wait does not spin.
+    void whenAPassSleeps() {
         QFETCH(QString, work);
+        QFETCH(bool, inWait);
         OPEN_PTY(pty);
+        Globals g;
+        QtLinkTimer clock(g);
         SerialComm comm(pty.slavePath());
         comm.setSettings(QStringLiteral("115200,N,8,1"));
-        EventLoopYield yield(comm);
+        EventLoopYield yield(comm, clock);
         comm.setPortOpen(true);
-        yield.DoEvents(); // finds nothing
-        if (work == "output") {
+        QCoreApplication::processEvents(); // what earlier tests left
+        yield.DoEvents();                  // finds nothing
+        clock.setEnabled(inWait);
+        if (work.contains("fetched")) {
+            QVERIFY(pty.send("\x10\x37"));
+            QVERIFY(WaitingInDriver(pty, 2));
+            QCOMPARE(comm.inBufferCount(), 2);
+        }
+        if (work.contains("output"))
             comm.output("N1\r");
-        } else if (work == "input") {
+        if (work == "input") {
             QVERIFY(pty.send("\x10\x37"));
             QVERIFY(waitingInDriver(pty, 2));
             QCOMPARE(comm.inBufferCount(), 2);
@@ -263,7 +281,8 @@ private slots:
         connect(&watchdog, &QTimer::timeout, this, [&] { woken = true; });
         watchdog.start(1000);
         yield.DoEvents();
-        QCOMPARE(woken, work.isEmpty());
+        QTEST(woken, "sleeps");
+        clock.setEnabled(false);
         comm.setPortOpen(false);
     }
 
@@ -273,7 +292,9 @@ private slots:
         OPEN_PTY(pty);
         SerialComm comm(pty.slavePath());
         comm.setSettings(QStringLiteral("9600,N,8,1")); // 960 characters a second
-        EventLoopYield yield(comm);
+        Globals g;
+        QtLinkTimer idle(g);
+        EventLoopYield yield(comm, idle);
         comm.setPortOpen(true);
         bool stuck = false;
         QTimer watchdog;

@@ -18,7 +18,7 @@ struct RealLink {
     Globals g;
     SerialComm comm;
     QtLinkTimer timer;
-    EventLoopYield yield{comm};
+    EventLoopYield yield{comm, timer};
     OperatorScreen screen;
     CmDialog dialog;
     OperationState state;
