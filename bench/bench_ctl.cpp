@@ -61,7 +61,7 @@ double sendData(const QString &path, int baud, const QByteArray &wire, bool *com
     Globals g;
     SerialComm comm(control.vc.device());
     QtLinkTimer timer(g);
-    EventLoopYield yield(comm);
+    EventLoopYield yield(comm, timer);
     OneCaption screen;
     CmDialog dialog;
     OperationState state;

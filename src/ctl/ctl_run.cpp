@@ -190,7 +190,7 @@ int runDncctl(const CtlOptions &o) {
     QtLinkTimer timer(g, std::max(1, qEnvironmentVariableIntValue("DNC_CLOCK_DIVISOR")));
     if (const int interval = startupTimerInterval(g.CncType))
         timer.setInterval(interval);
-    EventLoopYield yield(serial);
+    EventLoopYield yield(serial, timer);
     CmDialog dialog;
     Link link{g, comm, timer, yield, screen, dialog, state};
     ToolListUpdater counter(g, screen);

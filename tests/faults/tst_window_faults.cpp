@@ -74,7 +74,7 @@ void TestWindowFaults::command() {
     SerialComm comm;
     comm.setOperationState(&state);
     QtLinkTimer timer(g, 5);
-    EventLoopYield yield(comm);
+    EventLoopYield yield(comm, timer);
     // Send takes the quick choice: the operator types the program's name.
     DncWindow w(g, state, comm, timer, yield, QStringLiteral("-b"));
     w.show();

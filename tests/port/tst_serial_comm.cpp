@@ -264,7 +264,7 @@ private slots:
         clock.setEnabled(inWait);
         if (work.contains("fetched")) {
             QVERIFY(pty.send("\x10\x37"));
-            QVERIFY(WaitingInDriver(pty, 2));
+            QVERIFY(waitingInDriver(pty, 2));
             QCOMPARE(comm.inBufferCount(), 2);
         }
         if (work.contains("output"))

@@ -84,7 +84,7 @@ int main(int argc, char *argv[]) {
     comm.setConfiguredDevices([&g](int port) { return configuredDevice(g, port); });
     comm.setOperationState(&state);
     QtLinkTimer timer(g);
-    EventLoopYield yield(comm);
+    EventLoopYield yield(comm, timer);
     DncWindow window(g, state, comm, timer, yield, commandLineFromArgs(dncArgs));
     window.setSerialDeviceScan([] { return presentSerialDevices(); });
     window.show();
