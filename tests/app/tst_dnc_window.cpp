@@ -1,48 +1,12 @@
 // The main window over fakes; Map on a silent control stands for any operation that waits.
 
 #include "command_line.h"
-#include "dnc_window.h"
-#include "fake_link.h"
 #include "rows.h"
 #include "setup_dialog.h"
 #include "throttled_text.h"
 #include "tool_db_fixture.h"
 #include "tool_grid.h"
-#include "window_guard.h"
-
-#include <QtWidgets>
-
-namespace {
-
-struct Rig {
-    QTemporaryDir dir;
-    FakeLink f;
-    OperationState state; // the window's own; f's is for operations run without a window
-    WindowGuard guard;
-    std::unique_ptr<DncWindow> w;
-
-    // A null `cnc`: no settings file.
-    explicit Rig(const QString &cnc) {
-        f.g.iniPath = dir.filePath(QStringLiteral("dnc.ini"));
-        if (QFile ini(f.g.iniPath); !cnc.isNull() && ini.open(QIODevice::WriteOnly))
-            ini.write("[Default]\nPort=COM1:\nBaud=9600\nParity=E\nData=7\nStop=2\nCNC=" +
-                      cnc.toUtf8() + "\n");
-    }
-    ~Rig() { guard.check(); } // while the window still stands
-    void open(const QString &commandLine = QString()) {
-        w = std::make_unique<DncWindow>(f.g, state, f.comm, f.timer, f.yield, commandLine);
-        w->show();
-    }
-    // The enabled Command1 indices, and Q for Command2.
-    QString enabled() const {
-        QString s;
-        for (int i = 0; i < 8; ++i)
-            s += w->Command1[i]->isEnabled() ? QString::number(i) : QString();
-        return w->Command2->isEnabled() ? s + u'Q' : s;
-    }
-};
-
-} // namespace
+#include "window_rig.h"
 
 class TstDncWindow : public QObject {
     Q_OBJECT
@@ -51,7 +15,6 @@ private slots:
     void startUp();
     void setupInTheFrame();
     void helpAndClosing();
-    void unusableDatabaseIsReportedAndLeftAlone();
     void textsAtAReadableRate();
 };
 
@@ -71,7 +34,7 @@ void TstDncWindow::startUp_data() {
 void TstDncWindow::startUp() {
     QFETCH(QString, cnc);
     QFETCH(QString, line);
-    Rig r(cnc);
+    WindowRig r(cnc);
     r.open(line);
     QTEST(r.enabled(), "enabled");
     QTEST(r.f.timer.interval(), "interval");
@@ -92,7 +55,7 @@ void TstDncWindow::setupInTheFrame() {
     QVERIFY(db.exec("INSERT INTO tool_list VALUES ('drill 8.5', 12, '2026-11-01 10:00:00')"));
     QTemporaryDir dir(QDir::tempPath() + "/dncXXXXXX"); // a "-s" in the path would be an option
     QVERIFY(QFile::link(db.path(), dir.filePath("tools.db")));
-    Rig r("303");
+    WindowRig r("303");
     r.open("-d " + dir.filePath("tools.db"));
     QVERIFY(r.w->DBGrid1 && r.w->DBGrid1->isVisible());
     r.w->Text1->show();
@@ -118,7 +81,7 @@ void TstDncWindow::setupInTheFrame() {
 // Decided: during an operation help shows its box and nothing else, so the buttons stay
 // disabled; closing the window ends the operation at its next pass, then the window.
 void TstDncWindow::helpAndClosing() {
-    Rig r("303");
+    WindowRig r("303");
     r.open();
     QString help;
     r.guard.expect<QMessageBox>([&](QMessageBox *box) {
@@ -150,24 +113,10 @@ void TstDncWindow::helpAndClosing() {
     QVERIFY(!r.f.comm.open && r.f.comm.closes == 1); // port closed; the guard sees the pointer
 }
 
-void TstDncWindow::unusableDatabaseIsReportedAndLeftAlone() {
-    const QString missing = QStringLiteral("/nonexistent/none.db");
-    Rig r("303");
-    QString message;
-    r.guard.expect<QMessageBox>([&](QMessageBox *box) {
-        message = box->text();
-        box->accept();
-    });
-    r.open("-d " + missing);
-    QVERIFY(message.contains(missing));
-    QVERIFY(!r.f.g.ToolDbEnabled && !r.w->DBGrid1);
-    QVERIFY(!QFile::exists(missing));
-}
-
 // A count that changes thousands of times a second reaches the label at most 30 times a second,
 // and its last value always does; hiding a control shows at once what was waiting for it.
 void TstDncWindow::textsAtAReadableRate() {
-    Rig r("303");
+    WindowRig r("303");
     r.open();
     Screen &s = r.w->screen();
     s.setLabel1Visible(true);

@@ -71,7 +71,6 @@ public:
             if (!statement.trimmed().isEmpty() && !exec(statement))
                 qFatal("the schema does not run");
     }
-    ToolDbEngine engine() const { return m_engine; }
     bool postgres() const { return m_engine == ToolDbEngine::Postgres; }
     // The database as -d names it.
     QString path() const {

@@ -126,27 +126,27 @@ private slots:
         QTest::addColumn<QByteArray>("program");
         QTest::addColumn<QString>("rows");
         QTest::addColumn<QString>("failure"); // a part of the box's text; empty: no box
+        const auto row = [](const char *name, std::optional<ToolDbEngine> only, QVariant xUtil,
+                            const QByteArray &program, const char *rows, const char *box = "") {
+            engineRow(name, only, xUtil, program, QString(rows), QString(box));
+        };
         const QByteArray bad = "/t1 a\r/t2 x\r/t3 b\r";
-
-        engineRow("found in other case, lowered; two lines add 2", Both, QVariant(3),
-                  QByteArray("/T1 Drill\r\n/t2 mill\r\n/t3 drill\r\n%\r\n/t4 drill\r\n"),
-                  QString("x:3:old|drill:7:now|mill:1:now"), QString());
-        engineRow("single quote and SQL are a plain name", Both, QVariant(3),
-                  QByteArray("/t1 o'hara\r/t1 o'hara\r/t1 x'); drop table tool_list; --\r"),
-                  QString("x:3:old|DRILL:5:old|o'hara:2:now|x'); drop table tool_list; --:1:now"),
-                  QString());
-        engineRow("util at 32767", Both, QVariant(32767), bad,
-                  QString("x:32767:old|DRILL:5:old|a:1:now"), QString("32767"));
-        engineRow("util empty", Both, QVariant(QMetaType::fromType<int>()), bad,
-                  QString("x::old|DRILL:5:old|a:1:now"), QString("x"));
+        row("found in other case, lowered; two lines add 2", Both, 3,
+            "/T1 Drill\r\n/t2 mill\r\n/t3 drill\r\n%\r\n/t4 drill\r\n",
+            "x:3:old|drill:7:now|mill:1:now");
+        row("single quote and SQL are a plain name", Both, 3,
+            "/t1 o'hara\r/t1 o'hara\r/t1 x'); drop table tool_list; --\r",
+            "x:3:old|DRILL:5:old|o'hara:2:now|x'); drop table tool_list; --:1:now");
+        row("util at 32767", Both, 32767, bad, "x:32767:old|DRILL:5:old|a:1:now", "32767");
+        row("util empty", Both, QVariant(QMetaType::fromType<int>()), bad,
+            "x::old|DRILL:5:old|a:1:now", "x");
         // A server's smallint cannot hold it in the first place.
-        engineRow("util beyond 16 bits", SqliteOnly, QVariant(40000), bad,
-                  QString("x:40000:old|DRILL:5:old|a:1:now"), QString("40000"));
-        engineRow("double quote in a name", Both, QVariant(3),
-                  QByteArray("/t1 a\r/t2 \"x\" or 1=1\r/t3 b\r"),
-                  QString("x:3:old|DRILL:5:old|a:1:now"), QString("double quote"));
-        engineRow("line without name", Both, QVariant(3), QByteArray("/t1 a\r/t2\r/t3 b\r"),
-                  QString("x:3:old|DRILL:5:old|a:1:now"), QString("/t2"));
+        row("util beyond 16 bits", SqliteOnly, 40000, bad, "x:40000:old|DRILL:5:old|a:1:now",
+            "40000");
+        row("double quote in a name", Both, 3, "/t1 a\r/t2 \"x\" or 1=1\r/t3 b\r",
+            "x:3:old|DRILL:5:old|a:1:now", "double quote");
+        row("line without name", Both, 3, "/t1 a\r/t2\r/t3 b\r", "x:3:old|DRILL:5:old|a:1:now",
+            "/t2");
     }
     void counts() {
         QFETCH(int, engine);
@@ -181,11 +181,13 @@ private slots:
         QTest::addColumn<bool>("exclusive"); // another program's exclusive transaction
         QTest::addColumn<int>("releaseMs");  // -1: held past the wait
         QTest::addColumn<int>("busyMs");
+        QTest::addColumn<QString>("wait"); // as the operator is told it
+        const QString s3 = QStringLiteral("3 s"), ms300 = QStringLiteral("300 ms");
         engineRow("another station counts the same tool, lets go within the wait", Both, false, 150,
-                  3000);
-        engineRow("another station holds the tool past the wait", Both, false, -1, 300);
-        engineRow("an exclusive transaction ends within the wait", SqliteOnly, true, 150, 3000);
-        engineRow("an exclusive transaction lasts past the wait", SqliteOnly, true, -1, 300);
+                  3000, s3);
+        engineRow("another station holds the tool past the wait", Both, false, -1, 300, ms300);
+        engineRow("an exclusive transaction ends within the wait", SqliteOnly, true, 150, 3000, s3);
+        engineRow("an exclusive transaction lasts past the wait", SqliteOnly, true, -1, 300, ms300);
     }
     void busyDuringSend() {
         QFETCH(int, engine);
@@ -193,6 +195,7 @@ private slots:
         QFETCH(bool, exclusive);
         QFETCH(int, releaseMs);
         QFETCH(int, busyMs);
+        QFETCH(QString, wait);
         EventYield yield;
         Sender s(ToolDbEngine(engine), busyMs, &yield);
         QVERIFY(
@@ -227,7 +230,7 @@ private slots:
 
         const int waited = releaseMs >= 0 ? releaseMs : busyMs;
         QVERIFY2(ticks >= waited / 20 / 2, qPrintable(QString::number(ticks))); // events went on
-        QVERIFY2(shown.contains("busy") && shown.contains(waitText(busyMs)), qPrintable(shown));
+        QVERIFY2(shown.contains("busy") && shown.contains(wait), qPrintable(shown));
         QVERIFY(!s.screen.label1Visible);
         if (releaseMs >= 0) {
             QVERIFY2(s.screen.boxes.isEmpty(), qPrintable(s.boxes()));
@@ -237,8 +240,7 @@ private slots:
         } else {
             QCOMPARE(s.screen.boxes.size(), 1);
             const QString box = s.boxes();
-            QVERIFY2(box.contains("busy") && box.contains(waitText(busyMs)) &&
-                         box.contains("\"drill\""),
+            QVERIFY2(box.contains("busy") && box.contains(wait) && box.contains("\"drill\""),
                      qPrintable(box));
             QCOMPARE(s.db.rows("SELECT tool, util FROM tool_list ORDER BY {key}"),
                      QStringList{"drill:5"});
@@ -254,24 +256,22 @@ private slots:
         QTest::addColumn<QString>("fault");  // what else is wrong
         QTest::addColumn<QString>("reason"); // a part of the reason; empty: usable
         QTest::addColumn<bool>("passing");   // may pass by itself
-        engineRow("usable", Both, QString(), QString(), QString(), false);
-        engineRow("missing", SqliteOnly, QString(), QString("missing"), QString("does not exist"),
-                  false);
+        const auto row = [](const char *name, std::optional<ToolDbEngine> only, const char *setup,
+                            const char *fault, const char *reason, bool passing) {
+            engineRow(name, only, QString(setup), QString(fault), QString(reason), passing);
+        };
+        row("usable", Both, "", "", "", false);
+        row("missing", SqliteOnly, "", "missing", "does not exist", false);
         // A database that an administrator may yet create, as a server may yet come back.
-        engineRow("missing", PostgresOnly, QString(), QString("missing"), QString("does not exist"),
-                  true);
-        engineRow("text file", SqliteOnly, QString(), QString("text file"),
-                  QString("not a usable SQLite database"), false);
-        engineRow("no table", Both, QString("DROP TABLE tool_list"), QString(), QString("no table"),
-                  false);
-        engineRow("field lacking", Both, QString("ALTER TABLE tool_list DROP COLUMN Date"),
-                  QString(), QString("lacks the field(s) date"), false);
-        engineRow("locked by another writer", SqliteOnly, QString("BEGIN EXCLUSIVE"),
-                  QString("locked"), QString("busy"), true);
-        engineRow("server stopped", PostgresOnly, QString(), QString("stopped"),
-                  QString("cannot be opened"), true);
-        engineRow("wrong password", PostgresOnly, QString(), QString("wrong password"),
-                  QString("password authentication failed"), true);
+        row("missing", PostgresOnly, "", "missing", "does not exist", true);
+        row("text file", SqliteOnly, "", "text file", "not a usable SQLite database", false);
+        row("no table", Both, "DROP TABLE tool_list", "", "no table", false);
+        row("field lacking", Both, "ALTER TABLE tool_list DROP COLUMN Date", "",
+            "lacks the field(s) date", false);
+        row("locked by another writer", SqliteOnly, "BEGIN EXCLUSIVE", "locked", "busy", true);
+        row("server stopped", PostgresOnly, "", "stopped", "cannot be opened", true);
+        row("wrong password", PostgresOnly, "", "wrong password", "password authentication failed",
+            true);
     }
     void startUpCheck() {
         QFETCH(int, engine);
