@@ -232,7 +232,6 @@ void TestCtlParts::pickByName_data() {
     QTest::addColumn<QStringList>("list");
     QTest::addColumn<QByteArray>("name");
     QTest::addColumn<int>("index");
-    QTest::newRow("the second") << QStringList{"A1.NC", "B 2.NC"} << QByteArray("B 2.NC") << 1;
     QTest::newRow("trailing blank counts") << QStringList{"A ", "A"} << QByteArray("A") << 1;
     QTest::newRow("case counts") << QStringList{"a1.nc"} << QByteArray("A1.NC") << -1;
     QTest::newRow("a prefix is no match") << QStringList{"A1.NC"} << QByteArray("A1") << -1;
