@@ -117,14 +117,10 @@ void TstSettings::failedWriteLeavesTheOldFile() {
 }
 
 void TstSettings::defaultPath() {
-    const QByteArray saved = qgetenv("XDG_CONFIG_HOME");
-    qputenv("XDG_CONFIG_HOME", "/srv/cfg");
-    const QString absolute = defaultIniPath();
-    qputenv("XDG_CONFIG_HOME", "cfg"); // relative: the file would move with the current folder
-    const QString relative = defaultIniPath();
-    qputenv("XDG_CONFIG_HOME", saved);
-    QCOMPARE(absolute, QStringLiteral("/srv/cfg/dnc.ini"));
-    QCOMPARE(relative, QDir::homePath() + "/.config/dnc.ini");
+    const EnvVar config("XDG_CONFIG_HOME", "/srv/cfg");
+    QCOMPARE(defaultIniPath(), QStringLiteral("/srv/cfg/dnc.ini"));
+    config.set("cfg"); // relative: the file would move with the current folder
+    QCOMPARE(defaultIniPath(), QDir::homePath() + "/.config/dnc.ini");
 }
 
 namespace {
@@ -232,19 +228,9 @@ void TstSettings::portDevice() {
     if (!file.isEmpty())
         ini.write(file);
     GetParameter(ini.g, "-s Shop");
-    const QByteArray saved = qgetenv("DNC_COM2");
-    if (env.isNull())
-        qunsetenv("DNC_COM2");
-    else
-        qputenv("DNC_COM2", env.toLocal8Bit());
-    const QString device = comDevice(ini.g, 2);
-    const QString other = comDevice(ini.g, 4);
-    if (saved.isNull())
-        qunsetenv("DNC_COM2");
-    else
-        qputenv("DNC_COM2", saved);
-    QTEST(device, "device");
-    QCOMPARE(other, QStringLiteral("/dev/ttyS3"));
+    const EnvVar com2("DNC_COM2", env);
+    QTEST(comDevice(ini.g, 2), "device");
+    QCOMPARE(comDevice(ini.g, 4), QStringLiteral("/dev/ttyS3"));
 }
 
 QTEST_GUILESS_MAIN(TstSettings)

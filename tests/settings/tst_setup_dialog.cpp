@@ -211,10 +211,8 @@ void TstSetupDialog::deviceShown() {
     QFETCH(QString, env);
     IniFile ini;
     ini.write("[Ports]\nCOM1=" + stored.toUtf8() + "\n");
-    if (!env.isNull())
-        qputenv("DNC_COM1", env.toLocal8Bit());
+    const EnvVar com1("DNC_COM1", env);
     SetupDialog d(ini.g, nullptr, [] { return QList<SerialDevice>{Builtin, Ftdi}; });
-    qunsetenv("DNC_COM1");
     QTEST(d.DeviceCombo->currentText(), "entry");
     QFETCH(QString, info);
     QVERIFY2(shown(d.DeviceInfo).endsWith(info), qPrintable(shown(d.DeviceInfo)));
