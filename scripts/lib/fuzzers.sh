@@ -20,7 +20,9 @@ run_fuzzer() {
                 -artifact_prefix="$findings/$name-")
     [ -n "${FUZZ_MAX_LEN[$name]:-}" ] && opts+=(-max_len="${FUZZ_MAX_LEN[$name]}")
     local rc=0
-    "$FUZZ_BUILD/fuzz/$name" "${opts[@]}" "$scratch" "$ROOT/fuzz/seeds/$name" \
+    # libFuzzer stops itself at its time; the outer bound is for a target that would not.
+    timeout --kill-after=10 "$((seconds + 120))" \
+        "$FUZZ_BUILD/fuzz/$name" "${opts[@]}" "$scratch" "$ROOT/fuzz/seeds/$name" \
         >"$logs/$name.log" 2>&1 || rc=$?
     rm -rf "$scratch"
     grep -E '^(Done|stat::number_of_executed_units)' "$logs/$name.log" | sed 's/^/   /'
