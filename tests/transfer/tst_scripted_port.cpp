@@ -293,15 +293,14 @@ private slots:
         QCOMPARE(r.f.screen.saveRequests.size(), 1);
         const FileDialogRequest &d = r.f.screen.saveRequests[0];
         QVERIFY(d.initDir == r.in("start") && d.defaultExt == "tap");
-        QCOMPARE(d.filter, QStringLiteral("Tape file *.tap (*.tap);;All files *.* (*.*)"));
         QFETCH(QString, cncDir);
         QCOMPARE(GetProfile(r.f.g, r.f.g.ConfigSection, "CNCDir"), r.in(cncDir));
         QFETCH(bool, told);
         if (told) {
             const RecordingScreen::Box box = r.f.screen.takeBox();
-            QVERIFY2(box.text.startsWith(file.fileName() + ": ") && !box.text.endsWith(": "),
+            QVERIFY2(box.text.startsWith(file.fileName() + ": ") && !box.text.endsWith(": ") &&
+                         box.icon == BoxIcon::Critical,
                      qPrintable(box.text));
-            QCOMPARE(box.icon, BoxIcon::Critical);
         } else if (answer.isEmpty()) {
             QCOMPARE(QDir(r.dir.path()).entryList(QDir::Files), files);
         } else {
