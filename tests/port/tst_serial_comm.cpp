@@ -349,33 +349,6 @@ private slots:
         QVERIFY2(rx.match(text).hasMatch(), qPrintable(text));
     }
 
-    void deviceOfPort_data() {
-        QTest::addColumn<QString>("env");        // DNC_COM3; null: unset
-        QTest::addColumn<QString>("configured"); // what the settings name for COM3:
-        QTest::addColumn<QString>("device");
-        const QString x = QStringLiteral("/dev/serial/by-id/usb-X"), none;
-        row("default", none, none, QStringLiteral("/dev/ttyS2"));
-        row("settings", none, x, x);
-        row("environment first", "/dev/pts/9", "/dev/ttyUSB0", "/dev/pts/9");
-    }
-    void deviceOfPort() {
-        QFETCH(QString, env);
-        QFETCH(QString, configured);
-        if (!env.isNull())
-            qputenv("DNC_COM3", env.toLocal8Bit());
-        SerialComm comm;
-        QList<int> asked;
-        comm.setConfiguredDevices([&](int port) {
-            asked << port;
-            return port == 3 ? configured : QStringLiteral("/dev/wrong");
-        });
-        comm.setCommPort(3);
-        const QString path = comm.devicePath();
-        qunsetenv("DNC_COM3");
-        QTEST(path, "device");
-        QVERIFY(asked.contains(3) && !asked.contains(1));
-    }
-
     // udev's by-id links are the stable names; a device without one keeps its own.
     void stablePath() {
         OPEN_PTY(pty);
