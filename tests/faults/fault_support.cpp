@@ -62,11 +62,6 @@ SmallDisk::~SmallDisk() {
         ::umount2(QFile::encodeName(m_dir.path()).constData(), MNT_DETACH);
 }
 
-bool SmallDisk::put(const QString &name, const QByteArray &bytes) {
-    QFile f(filePath(name));
-    return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size() && f.flush();
-}
-
 bool SmallDisk::fill() {
     QFile f(filePath(QStringLiteral(".filler")));
     if (!f.open(QIODevice::WriteOnly))

@@ -24,8 +24,6 @@ public:
     bool mounted() const { return m_mounted; }
     QString whyNot() const { return m_why; } // printed when a test is skipped
     QString filePath(const QString &name) const { return m_dir.filePath(name); }
-    // Writes `bytes` as `name` before the disk is filled or made read-only.
-    bool put(const QString &name, const QByteArray &bytes);
     // Fills what is left with one file, so that the next write finds no space.
     bool fill();
     bool remountReadOnly();

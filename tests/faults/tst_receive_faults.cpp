@@ -75,7 +75,7 @@ private slots:
                 QSKIP(qPrintable(disk->whyNot()));
             target = disk->filePath(saveTo.endsWith(u"new file") ? QStringLiteral("NEW.tap")
                                                                  : QStringLiteral("P.tap"));
-            QVERIFY(!saveTo.endsWith(u"old file") || disk->put(QStringLiteral("P.tap"), Old));
+            QVERIFY(!saveTo.endsWith(u"old file") || writeFile(target, Old));
             QVERIFY(!saveTo.startsWith(u"full") || disk->fill());
             QVERIFY(saveTo != u"read-only" || disk->remountReadOnly());
         }

@@ -62,7 +62,7 @@ private slots:
             if (!disk->mounted())
                 QSKIP(qPrintable(disk->whyNot()));
             f.g.iniPath = disk->filePath(QStringLiteral("dnc.ini"));
-            QVERIFY(disk->put(QStringLiteral("dnc.ini"), Ini) && disk->remountReadOnly());
+            QVERIFY(writeFile(f.g.iniPath, Ini) && disk->remountReadOnly());
         } else {
             QVERIFY(writeFile(f.g.iniPath, Ini));
         }

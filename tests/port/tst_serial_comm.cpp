@@ -169,9 +169,9 @@ private slots:
 
     void nothingLost_data() {
         QTest::addColumn<int>("chunk"); // bytes per Output call
-        QTest::newRow("one Output of 256 KiB") << 256 * 1024;
-        QTest::newRow("lines of 80") << 80;
-        QTest::newRow("lines longer than the queue") << 2000;
+        row("one Output of 256 KiB", 256 * 1024);
+        row("lines of 80", 80);
+        row("lines longer than the queue", 2000);
     }
     // Output waits for room, and a CC written and closed at once, held up by the line, goes too.
     void nothingLost() {
@@ -205,8 +205,8 @@ private slots:
 
     void countsWhatWaitsInTheDriver_data() {
         QTest::addColumn<QByteArray>("fetched"); // read in by the event loop first
-        QTest::newRow("an X-off alone") << QByteArray();
-        QTest::newRow("the 7 behind a DLE already fetched") << QByteArray("\x10");
+        row("an X-off alone", B());
+        row("the 7 behind a DLE already fetched", Dle);
     }
     // What reached the driver after the event loop last looked is counted, and Input hands it
     // over with what came before: an X-off stops the sender after the line in progress.
@@ -217,7 +217,7 @@ private slots:
         comm.setPortOpen(true);
         QVERIFY(pty.send(fetched));
         QTRY_COMPARE(comm.inBufferCount(), int(fetched.size()));
-        const QByteArray late = fetched.isEmpty() ? QByteArray("\x13") : QByteArray("7");
+        const QByteArray late = fetched.isEmpty() ? Xoff : B("7");
         QVERIFY(pty.send(late));
         QVERIFY(waitingInDriver(pty, 1));
         QCOMPARE(comm.inBufferCount(), int(fetched.size()) + 1);
@@ -230,14 +230,13 @@ private slots:
         QTest::addColumn<QString>("work");
         QTest::addColumn<bool>("inWait"); // the wait's clock runs
         QTest::addColumn<bool>("sleeps");
-        QTest::newRow("after Output") << "output" << false << false;
-        QTest::newRow("after Input") << "input" << false << false;
-        QTest::newRow("nothing done") << "" << false << true;
+        row("after Output", "output", false, false);
+        row("after Input", "input", false, false);
+        row("nothing done", "", false, true);
         // All a wait waits for comes as an event...
-        QTest::newRow("in a wait, after Output") << "output" << true << true;
+        row("in a wait, after Output", "output", true, true);
         // ...unless it has come already and waits to be read.
-        QTest::newRow("in a wait, after Output, an answer fetched")
-            << "fetched, output" << true << false;
+        row("in a wait, after Output, an answer fetched", "fetched, output", true, false);
     }
     // A pass sleeps until an event only when nothing else can be ready: the next line of a
     // send is not held up, and a wait does not spin.
@@ -305,8 +304,8 @@ private slots:
 
     void session_data() {
         QTest::addColumn<bool>("writable"); // a trace that cannot be written stops nothing
-        QTest::newRow("traced") << true;
-        QTest::newRow("trace cannot be written") << false;
+        row("traced", true);
+        row("trace cannot be written", false);
     }
     // 7,E and DTR, which a pseudo-terminal refuses, are no error; what waited at the port before
     // an opening is dropped; the trace records each opening, byte and closing.

@@ -30,7 +30,6 @@ private slots:
         row("303, blank line ends", C303, 1, blank, "R\rA" + end);
         row("XonXoff, blank line as CR", CXon, 3, blank, Xon + "A\r\rB\r");
         row("303, NoSpace", C303, 1, B(" G1 X 10\tY2 \r\n   \r\nZ\r\n"), "R\rG1X10\tY2" + end);
-        row("504, lone LF", C504, 2, numberedLines(3, "\n"), "R\r" + numberedLines(3, "\n") + end);
         // Kept below the X-off mark: only the halt may stop the sender.
         row("XonXoff, halted and resumed", CXon + halt, 3, numberedLines(300),
             Xon + numberedLines(300, "\r"));
