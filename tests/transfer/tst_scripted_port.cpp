@@ -97,7 +97,9 @@ private slots:
         }
     }
 
-    // The exact dialogue of each type goes through the real port; here the ways it ends.
+    // The exact dialogue of each type goes through the real port, and an X-off for good in
+    // tests/faults; here the other ways it ends. Only here is every write seen, so a send that
+    // goes on after the window closed shows.
     void send_data() {
         QTest::addColumn<int>("type");
         QTest::addColumn<QString>("fault");
@@ -113,7 +115,6 @@ private slots:
         row("XonXoff, opening X-on", 3, "WaitXon, resume", all, "");
         row("XonXoff, no opening X-on", 3, "WaitXon", Xon, Timeout);
         row("XonXoff, halted, resumed", 3, "halt \x13, resume", all, "");
-        row("XonXoff, halted for good", 3, "halt ?", Xon + numberedLines(2, "\r"), Timeout);
         row("XonXoff, X-off and X-on together", 3, "halt \x13\x11", all, "");
     }
     void send() {
