@@ -1,6 +1,7 @@
 #include "fault_support.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 
@@ -17,13 +18,36 @@ QString systemText() {
     return QString::fromLocal8Bit(std::strerror(errno));
 }
 
+// Why no device can be hung up here (it takes CAP_SYS_ADMIN); empty when it can.
+QString hangUpUnavailable() {
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (status.open(QIODevice::ReadOnly)) {
+        for (const QByteArray &line : status.readAll().split('\n')) {
+            if (line.startsWith("CapEff:") &&
+                (line.mid(7).trimmed().toULongLong(nullptr, 16) & (quint64(1) << 21)))
+                return QString();
+        }
+    }
+    return QStringLiteral("hanging up a terminal (TIOCVHANGUP) needs CAP_SYS_ADMIN: run as root");
+}
+
+// The device behind `path` hung up as a USB serial adapter is when it is pulled out: every
+// open descriptor of it fails from now on. Empty when done, else why not.
+QString hangUp(const QString &path) {
+    const QString device = QFileInfo(path).canonicalFilePath();
+    const int fd = ::open(QFile::encodeName(device.isEmpty() ? path : device).constData(),
+                          O_RDWR | O_NOCTTY | O_NONBLOCK);
+    if (fd < 0)
+        return QStringLiteral("cannot open %1: %2").arg(path, systemText());
+    const bool done = ::ioctl(fd, TIOCVHANGUP) == 0;
+    const QString why = done ? QString() : QStringLiteral("TIOCVHANGUP: %1").arg(systemText());
+    ::close(fd);
+    return why;
+}
+
 } // namespace
 
 SmallDisk::SmallDisk(const QByteArray &options) {
-    if (!m_dir.isValid()) {
-        m_why = QStringLiteral("no temporary folder");
-        return;
-    }
     if (::mount("tmpfs", QFile::encodeName(m_dir.path()).constData(), "tmpfs", 0,
                 options.constData()) != 0) {
         m_why = QStringLiteral("cannot mount a tmpfs on %1 (%2): this test needs root")
@@ -36,11 +60,6 @@ SmallDisk::SmallDisk(const QByteArray &options) {
 SmallDisk::~SmallDisk() {
     if (m_mounted)
         ::umount2(QFile::encodeName(m_dir.path()).constData(), MNT_DETACH);
-}
-
-bool SmallDisk::put(const QString &name, const QByteArray &bytes) {
-    QFile f(filePath(name));
-    return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size() && f.flush();
 }
 
 bool SmallDisk::fill() {
@@ -61,40 +80,13 @@ bool SmallDisk::remountReadOnly() {
                    MS_REMOUNT | MS_RDONLY, nullptr) == 0;
 }
 
-QString hangUpUnavailable() {
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (status.open(QIODevice::ReadOnly)) {
-        for (const QByteArray &line : status.readAll().split('\n')) {
-            if (!line.startsWith("CapEff:"))
-                continue;
-            const quint64 caps = line.mid(7).trimmed().toULongLong(nullptr, 16);
-            if (caps & (quint64(1) << 21)) // CAP_SYS_ADMIN
-                return QString();
-        }
-    }
-    return QStringLiteral("hanging up a terminal (TIOCVHANGUP) needs CAP_SYS_ADMIN: run as root");
-}
-
-QString hangUp(const QString &path) {
-    const QString device = QFileInfo(path).canonicalFilePath();
-    const int fd = ::open(QFile::encodeName(device.isEmpty() ? path : device).constData(),
-                          O_RDWR | O_NOCTTY | O_NONBLOCK);
-    if (fd < 0)
-        return QStringLiteral("cannot open %1: %2").arg(path, systemText());
-    const bool done = ::ioctl(fd, TIOCVHANGUP) == 0;
-    const QString why = done ? QString() : QStringLiteral("TIOCVHANGUP: %1").arg(systemText());
-    ::close(fd);
-    return why;
-}
-
 int waitingAt(const QString &device) {
     const int fd = ::open(QFile::encodeName(device).constData(), O_RDONLY | O_NOCTTY | O_NONBLOCK);
-    if (fd < 0)
-        return -1;
     int n = -1;
-    if (::ioctl(fd, FIONREAD, &n) != 0)
+    if (fd >= 0 && ::ioctl(fd, FIONREAD, &n) != 0)
         n = -1;
-    ::close(fd);
+    if (fd >= 0)
+        ::close(fd);
     return n;
 }
 
@@ -108,6 +100,75 @@ int openDescriptors(const QString &path) {
     return n;
 }
 
+void Trigger::onceWhen(std::function<bool()> when, std::function<void()> act) {
+    QObject::connect(&m_poll, &QTimer::timeout, [this, when, act] {
+        if (!when())
+            return;
+        m_poll.stop();
+        act();
+    });
+    m_poll.start(2);
+}
+
+QString armFault(Trigger &trigger, const QString &fault, VControlProcess &vc, const QString &link,
+                 std::function<void()> close, std::function<bool()> listShown,
+                 std::function<void()> then) {
+    const QString what = fault.section(u' ', 0, 0), moment = fault.section(u' ', 2, 2).remove(u',');
+    if (fault.section(u' ', 1, 1) != u"at")
+        return QString();
+    if (what == u"pull" && !hangUpUnavailable().isEmpty())
+        return hangUpUnavailable();
+    const auto when = [=, &vc] {
+        if (moment == u"list")
+            return listShown();
+        vc.refresh();
+        bool isCount = false;
+        const int lines = moment.toInt(&isCount);
+        if (isCount) // the opening "R" CR is no line of the program
+            return vc.rx().count('\r') - (vc.rx().startsWith("R\r") ? 1 : 0) >= lines;
+        return !vc.eventTexts(moment).isEmpty() && (moment != u"STALLED" || waitingAt(link) == 0);
+    };
+    trigger.onceWhen(when, [=, &vc] {
+        if (what == u"stop") {
+            vc.stop();
+        } else if (what == u"pull") {
+            const QString why = hangUp(link);
+            QVERIFY2(why.isEmpty(), qPrintable(why));
+            QFile::remove(link);
+        } else {
+            close();
+        }
+        if (then)
+            then();
+    });
+    return QString();
+}
+
+QByteArray everyByte() {
+    QByteArray all;
+    for (int c = 0; c < 256; ++c)
+        all += char(c);
+    return all;
+}
+
+QString takeBoxes(RecordingScreen &screen, const QString &told, BoxIcon icon) {
+    const QList<RecordingScreen::Box> boxes = std::exchange(screen.boxes, {});
+    if (boxes.size() != (told.isEmpty() ? 0 : 1))
+        return QStringLiteral("%1 boxes, the first: %2").arg(boxes.size()).arg(boxes.value(0).text);
+    if (!told.isEmpty() && (!boxes[0].text.contains(told) || boxes[0].icon != icon))
+        return QStringLiteral("the box says: %1 (icon %2)")
+            .arg(boxes[0].text)
+            .arg(int(boxes[0].icon));
+    return QString();
+}
+
+qint64 msTaken(const std::function<void()> &act) {
+    QElapsedTimer clock;
+    clock.start();
+    act();
+    return clock.elapsed();
+}
+
 qsizetype bytesLost(const QByteArray &expected, const QByteArray &arrived) {
     qsizetype same = 0;
     while (same < expected.size() && same < arrived.size() && expected[same] == arrived[same])
@@ -118,23 +179,11 @@ qsizetype bytesLost(const QByteArray &expected, const QByteArray &arrived) {
 void recordFault(const QString &faultClass, const QString &outcome, qsizetype lost,
                  qint64 elapsedMs) {
     const QString log = qEnvironmentVariable("DNC_FAULT_LOG");
-    if (log.isEmpty())
-        return;
     QFile f(log);
-    if (f.open(QIODevice::Append))
+    if (!log.isEmpty() && f.open(QIODevice::Append))
         f.write(QStringLiteral("%1\t%2\t%3\t%4\n")
                     .arg(faultClass, outcome)
                     .arg(lost)
                     .arg(elapsedMs)
                     .toUtf8());
-}
-
-void Trigger::onceWhen(std::function<bool()> when, std::function<void()> act) {
-    QObject::connect(&m_poll, &QTimer::timeout, [this, when, act] {
-        if (!when())
-            return;
-        m_poll.stop();
-        act();
-    });
-    m_poll.start(2);
 }

@@ -1,12 +1,14 @@
 #pragma once
 // What the fault tests share: a small file system of their own (read-only or full), a USB
-// adapter pulled out, the file descriptors a test can look at, and one line per case for the
-// fault report.
+// adapter pulled out, the fault a table row names, the checks every case ends with, and one line
+// per case for the fault report.
 
-#include <QByteArray>
-#include <QString>
+#include "fake_link.h"
+#include "files.h"
+#include "rows.h"
+#include "vcontrol_process.h"
+
 #include <QTemporaryDir>
-#include <QTest>
 #include <QTimer>
 #include <functional>
 
@@ -21,10 +23,7 @@ public:
 
     bool mounted() const { return m_mounted; }
     QString whyNot() const { return m_why; } // printed when a test is skipped
-    QString path() const { return m_dir.path(); }
     QString filePath(const QString &name) const { return m_dir.filePath(name); }
-    // Writes `bytes` as `name` before the disk is filled or made read-only.
-    bool put(const QString &name, const QByteArray &bytes);
     // Fills what is left with one file, so that the next write finds no space.
     bool fill();
     bool remountReadOnly();
@@ -35,47 +34,12 @@ private:
     QString m_why;
 };
 
-// Why no device can be hung up here (it takes CAP_SYS_ADMIN); empty when it can.
-QString hangUpUnavailable();
-
-// The device behind `path` hung up as a USB serial adapter is when it is pulled out: every
-// open descriptor of it fails from now on. Empty when done, else why not (needs root).
-QString hangUp(const QString &path);
-
 // Characters that have reached the device and that the program has not taken yet; -1 when it
-// cannot be asked. 0 once the program has read all that came.
+// cannot be asked.
 int waitingAt(const QString &device);
 
 // How many of this process's descriptors are open on `path`: 0 once a file is closed.
 int openDescriptors(const QString &path);
-
-// Bytes of `expected` that did not arrive where they belong.
-qsizetype bytesLost(const QByteArray &expected, const QByteArray &arrived);
-
-// When DNC_FAULT_LOG names a file, each case appends one line to it for the fault report:
-// class <TAB> outcome <TAB> bytes lost <TAB> milliseconds.
-void recordFault(const QString &faultClass, const QString &outcome, qsizetype lost,
-                 qint64 elapsedMs);
-
-// Table rows written on one line, and programs of numbered lines.
-template <class... T> void row(const char *name, const T &...v) {
-    (QTest::newRow(name) << ... << v);
-}
-
-inline QByteArray numberedLines(int n, const char *end = "\r") {
-    QByteArray file;
-    for (int i = 1; i <= n; ++i)
-        file += "L" + QByteArray::number(i) + end;
-    return file;
-}
-
-// Every byte value in order, as one file: bytes 0 to 255.
-inline QByteArray EveryByte() {
-    QByteArray all;
-    for (int c = 0; c < 256; ++c)
-        all += char(c);
-    return all;
-}
 
 // Runs `act` once, as soon as `when` holds, while an operation yields to the event loop.
 class Trigger {
@@ -85,3 +49,31 @@ public:
 private:
     QTimer m_poll;
 };
+
+// Arms the fault a row names, "<what> at <moment>": "stop" ends the control, "pull" pulls the
+// USB adapter behind `link` out (hung up, its link removed), "close" runs `close`, as the window
+// closing does. The moment is a word of the control's log (STALLED: once the program has taken
+// what came, so that it counts), a number of the program's lines the control has read, or
+// "list": `listShown` holds. `then` runs right after. Returns why the fault cannot be made here
+// (a pull needs root), else empty.
+QString armFault(Trigger &trigger, const QString &fault, VControlProcess &vc, const QString &link,
+                 std::function<void()> close, std::function<bool()> listShown = {},
+                 std::function<void()> then = {});
+
+// Every byte value in order, as one file: bytes 0 to 255.
+QByteArray everyByte();
+
+// Takes the boxes shown; empty when they are the one a case expects: none when `told` is empty,
+// else one with `icon` that says `told`.
+QString takeBoxes(RecordingScreen &screen, const QString &told, BoxIcon icon = BoxIcon::Critical);
+
+// Milliseconds `act` took.
+qint64 msTaken(const std::function<void()> &act);
+
+// Bytes of `expected` that did not arrive where they belong.
+qsizetype bytesLost(const QByteArray &expected, const QByteArray &arrived);
+
+// When DNC_FAULT_LOG names a file, each case appends one line to it for the fault report:
+// class <TAB> outcome <TAB> bytes lost <TAB> milliseconds.
+void recordFault(const QString &faultClass, const QString &outcome, qsizetype lost,
+                 qint64 elapsedMs);

@@ -2,10 +2,13 @@
 // Answers the window's modal boxes and dialogs as they open, the way an operator would, and
 // notes the text of every message box; for tests that run the whole window.
 
+#include "dnc_window.h"
+
 #include <QApplication>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTimer>
 #include <functional>
 
@@ -19,6 +22,14 @@ public:
     ModalCatcher() {
         QObject::connect(&m_poll, &QTimer::timeout, [this] { look(); });
         m_poll.start(5);
+    }
+
+    // Empty when the boxes shown are the one expected: none when `told` is empty, else one
+    // that says `told`.
+    QString unexpectedBoxes(const QString &told) const {
+        const bool ok =
+            boxes.size() == (told.isEmpty() ? 0 : 1) && (told.isEmpty() || boxes[0].contains(told));
+        return ok ? QString() : boxes.join(u'|') + QStringLiteral(" (%1 boxes)").arg(boxes.size());
     }
 
 private:
@@ -45,3 +56,11 @@ private:
     }
     QTimer m_poll;
 };
+
+// The window's buttons that can be pressed: their indexes, and Q for Quit.
+inline QString enabledButtons(const DncWindow &w) {
+    QString enabled;
+    for (int i = 0; i < 8; ++i)
+        enabled += w.Command1[i]->isEnabled() ? QString::number(i) : QString();
+    return enabled + (w.Command2->isEnabled() ? "Q" : "");
+}

@@ -3,20 +3,14 @@
 // must not hang or abort, the operator is told what is wrong, Setup gives the buttons back,
 // and dnc.ini is never damaged.
 
-#include "dnc_window.h"
-#include "fake_link.h"
 #include "fault_support.h"
 #include "modal_catcher.h"
 #include "profile.h"
 #include "setup_dialog.h"
 
 #include <QComboBox>
-#include <QElapsedTimer>
-#include <QPushButton>
 
 #include <sys/stat.h>
-
-using B = QByteArray;
 
 namespace {
 const B Ini("[Default]\nPort=COM1:\nBaud=9600\nParity=E\nData=7\nStop=2\nCNC=303\n\n"
@@ -29,107 +23,96 @@ B stateOf(const QString &path) {
         return "link to " + QFile::encodeName(info.symLinkTarget());
     if (!info.isFile())
         return info.exists() ? B("not a file") : B("missing");
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : B("unreadable");
+    return readFile(path);
 }
 } // namespace
 
-class TestSettingsFaults : public QObject {
+class TstSettingsFaults : public QObject {
     Q_OBJECT
 private slots:
-    void startAndSetup_data();
-    void startAndSetup();
+    void startAndSetup_data() {
+        QTest::addColumn<QString>("ini"); // "fifo", "zero", "read-only", "plain"
+        QTest::addColumn<QString>("commandLine");
+        QTest::addColumn<QString>("told");    // words of the start-up box; none if empty
+        QTest::addColumn<QString>("enabled"); // the buttons after Setup; "-": start-up refused
+        QTest::addColumn<QString>("caption"); // the window's caption after Setup
+        const QString title = QStringLiteral("DNC VELDA - V2.6.0 - ");
+        row("dnc.ini is a FIFO", "fifo", "", "is a FIFO (named pipe), not a regular file", "0127Q",
+            title);
+        row("dnc.ini links to /dev/zero", "zero", "", "is a character device", "0127Q", title);
+        row("dnc.ini not writable when Setup closes", "read-only", "", "", "0123457Q",
+            title + "COM1:9600,E,7,2");
+        row("section name on two lines", "plain", "-s Shop\nTapeDir=/etc", "holds a line break",
+            "-", QString());
+        row("section name on one line", "plain", "-s Shop", "", "0123457Q",
+            title + "COM3:300,E,7,1");
+    }
+    void startAndSetup() {
+        QFETCH(QString, ini);
+        std::unique_ptr<SmallDisk> disk;
+        QTemporaryDir dir;
+        FakeLink f;
+        f.g.iniPath = dir.filePath(QStringLiteral("dnc.ini"));
+        if (ini == u"fifo") {
+            QVERIFY(::mkfifo(QFile::encodeName(f.g.iniPath).constData(), 0600) == 0);
+        } else if (ini == u"zero") {
+            QVERIFY(QFile::link(QStringLiteral("/dev/zero"), f.g.iniPath));
+        } else if (ini == u"read-only") {
+            disk = std::make_unique<SmallDisk>("size=64k");
+            if (!disk->mounted())
+                QSKIP(qPrintable(disk->whyNot()));
+            f.g.iniPath = disk->filePath(QStringLiteral("dnc.ini"));
+            QVERIFY(writeFile(f.g.iniPath, Ini) && disk->remountReadOnly());
+        } else {
+            QVERIFY(writeFile(f.g.iniPath, Ini));
+        }
+        const B before = stateOf(f.g.iniPath);
+
+        // Setup: the operator picks COM3: and presses the button, which writes and closes.
+        ModalCatcher operatorAt;
+        operatorAt.other = [](QWidget *modal) {
+            auto *setup = qobject_cast<SetupDialog *>(modal);
+            if (setup) {
+                setup->Combo[0]->setCurrentText(QStringLiteral("COM3:"));
+                setup->Command1->click();
+            }
+            return setup != nullptr;
+        };
+        QFETCH(QString, commandLine);
+        OperationState state;
+        std::unique_ptr<DncWindow> w;
+        const qint64 startMs = msTaken([&] {
+            w = std::make_unique<DncWindow>(f.g, state, f.comm, f.timer, f.yield, commandLine);
+        });
+        QFETCH(QString, told);
+        QCOMPARE(operatorAt.unexpectedBoxes(told), QString());
+        QFETCH(QString, enabled);
+        QCOMPARE(w->startRefused(), enabled == u"-");
+        if (w->startRefused()) // nor would a write in that section touch the file
+            PutProfile(f.g, f.g.ConfigSection, QStringLiteral("Port"), QStringLiteral("COM9:"));
+        if (!w->startRefused()) {
+            w->show();
+            w->Command1_Click(0);
+            QCOMPARE(enabledButtons(*w), enabled);
+            QTEST(w->windowTitle(), "caption");
+            QCOMPARE(operatorAt.unexpectedBoxes(told), QString()); // Setup itself tells nothing
+            QCOMPARE(QApplication::overrideCursor(), nullptr);
+        }
+        // dnc.ini as it was, unless a Setup that could write it did.
+        if (ini != u"plain" || w->startRefused())
+            QCOMPARE(stateOf(f.g.iniPath), before);
+        else
+            QCOMPARE(GetProfile(f.g, QStringLiteral("Shop"), QStringLiteral("Port")),
+                     QStringLiteral("COM3:"));
+        QCOMPARE(f.comm.opens, 0);
+        QVERIFY2(startMs < 5000, qPrintable(QString::number(startMs)));
+
+        recordFault(QStringLiteral("settings: ") + QTest::currentDataTag(),
+                    (told.isEmpty() ? QStringLiteral("no box") : "critical: " + told) +
+                        (w->startRefused() ? QStringLiteral(", program ends") : QString()),
+                    stateOf(f.g.iniPath) == before || ini == u"plain" ? 0 : before.size(), startMs);
+    }
 };
 
-void TestSettingsFaults::startAndSetup_data() {
-    QTest::addColumn<QString>("ini"); // "fifo", "zero", "read-only", "plain"
-    QTest::addColumn<QString>("commandLine");
-    QTest::addColumn<QString>("told");    // words of the start-up box; none if empty
-    QTest::addColumn<QString>("enabled"); // the buttons after Setup; "-" when start-up refused
-    QTest::addColumn<QString>("caption"); // the window's caption after Setup
-    const QString title = QStringLiteral("DNC VELDA - V2.6.0 - ");
-    row("dnc.ini is a FIFO", "fifo", "", "is a FIFO (named pipe), not a regular file", "0127Q",
-        title);
-    row("dnc.ini links to /dev/zero", "zero", "", "is a character device", "0127Q", title);
-    row("dnc.ini not writable when Setup closes", "read-only", "", "", "0123457Q",
-        title + "COM1:9600,E,7,2");
-    row("section name on two lines", "plain", "-s Shop\nTapeDir=/etc", "holds a line break", "-",
-        QString());
-    row("section name on one line", "plain", "-s Shop", "", "0123457Q", title + "COM3:300,E,7,1");
-}
-
-void TestSettingsFaults::startAndSetup() {
-    QFETCH(QString, ini);
-    std::unique_ptr<SmallDisk> disk;
-    QTemporaryDir dir;
-    FakeLink f;
-    f.g.iniPath = dir.filePath(QStringLiteral("dnc.ini"));
-    if (ini == u"fifo") {
-        QVERIFY(::mkfifo(QFile::encodeName(f.g.iniPath).constData(), 0600) == 0);
-    } else if (ini == u"zero") {
-        QVERIFY(QFile::link(QStringLiteral("/dev/zero"), f.g.iniPath));
-    } else if (ini == u"read-only") {
-        disk = std::make_unique<SmallDisk>("size=64k");
-        if (!disk->mounted())
-            QSKIP(qPrintable(disk->whyNot()));
-        f.g.iniPath = disk->filePath(QStringLiteral("dnc.ini"));
-        QVERIFY(disk->put(QStringLiteral("dnc.ini"), Ini) && disk->remountReadOnly());
-    } else {
-        QFile file(f.g.iniPath);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(Ini) == Ini.size());
-    }
-    const B before = stateOf(f.g.iniPath);
-
-    // Setup: the operator picks COM3: and presses the button, which writes and closes.
-    ModalCatcher operatorAt;
-    operatorAt.other = [](QWidget *modal) {
-        auto *setup = qobject_cast<SetupDialog *>(modal);
-        if (!setup)
-            return false;
-        setup->Combo[0]->setCurrentText(QStringLiteral("COM3:"));
-        setup->Command1->click();
-        return true;
-    };
-    QFETCH(QString, commandLine);
-    OperationState state;
-    QElapsedTimer clock;
-    clock.start();
-    DncWindow w(f.g, state, f.comm, f.timer, f.yield, commandLine);
-    const qint64 startMs = clock.elapsed();
-
-    QFETCH(QString, told);
-    QCOMPARE(operatorAt.boxes.size(), told.isEmpty() ? 0 : 1);
-    if (!told.isEmpty())
-        QVERIFY2(operatorAt.boxes[0].contains(told), qPrintable(operatorAt.boxes[0]));
-    QFETCH(QString, enabled);
-    QCOMPARE(w.startRefused(), enabled == u"-");
-    if (w.startRefused()) // nor would a write in that section touch the file
-        PutProfile(f.g, f.g.ConfigSection, QStringLiteral("Port"), QStringLiteral("COM9:"));
-    if (!w.startRefused()) {
-        w.show();
-        w.Command1_Click(0);
-        QString now;
-        for (int i = 0; i < 8; ++i)
-            now += w.Command1[i]->isEnabled() ? QString::number(i) : QString();
-        QCOMPARE(now + (w.Command2->isEnabled() ? "Q" : ""), enabled);
-        QTEST(w.windowTitle(), "caption");
-        QCOMPARE(operatorAt.boxes.size(), told.isEmpty() ? 0 : 1); // Setup itself tells nothing
-        QCOMPARE(QApplication::overrideCursor(), nullptr);
-    }
-    // dnc.ini as it was, unless a Setup that could write it did.
-    if (ini != u"plain" || w.startRefused())
-        QCOMPARE(stateOf(f.g.iniPath), before);
-    else
-        QCOMPARE(GetProfile(f.g, QStringLiteral("Shop"), QStringLiteral("Port")),
-                 QStringLiteral("COM3:"));
-    QVERIFY(f.comm.opens == 0);
-    QVERIFY2(startMs < 5000, qPrintable(QString::number(startMs)));
-
-    recordFault(QStringLiteral("settings: ") + QTest::currentDataTag(),
-                (told.isEmpty() ? QStringLiteral("no box") : "critical: " + told) +
-                    (w.startRefused() ? QStringLiteral(", program ends") : QString()),
-                stateOf(f.g.iniPath) == before || ini == u"plain" ? 0 : before.size(), startMs);
-}
-
-QTEST_MAIN(TestSettingsFaults)
+QTEST_MAIN(TstSettingsFaults)
 #include "tst_settings_faults.moc"

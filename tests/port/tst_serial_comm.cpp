@@ -2,9 +2,9 @@
 #include "event_loop_yield.h"
 #include "pty_pair.h"
 #include "qt_link_timer.h"
+#include "rows.h"
 #include "serial_comm.h"
 #include "serial_devices.h"
-#include "wire_chars.h"
 
 #include <QtTest>
 #include <optional>
@@ -75,46 +75,38 @@ private:
 class Unprivileged {
 public:
     Unprivileged() {
-        const passwd *me = ::getpwuid(::geteuid());
+        const passwd *me = ::getpwuid(::geteuid()), *nobody = ::getpwnam("nobody");
         m_user = me ? QString::fromLocal8Bit(me->pw_name) : QString();
         if (::geteuid() != 0)
             return;
-        const passwd *nobody = ::getpwnam("nobody");
-        if (!nobody) {
-            m_why = QStringLiteral("there is no user nobody");
-            return;
-        }
         m_groups.resize(::getgroups(0, nullptr));
         ::getgroups(int(m_groups.size()), m_groups.data());
-        if (::setgroups(0, nullptr) != 0 || ::setegid(nobody->pw_gid) != 0 ||
-            ::seteuid(nobody->pw_uid) != 0) {
+        m_changed = true;
+        if (!nobody)
+            m_why = QStringLiteral("there is no user nobody");
+        else if (::setgroups(0, nullptr) != 0 || ::setegid(nobody->pw_gid) != 0 ||
+                 ::seteuid(nobody->pw_uid) != 0)
             m_why = QString::fromLocal8Bit(std::strerror(errno));
-            restore();
-            return;
-        }
-        m_dropped = true;
-        m_user = QString::fromLocal8Bit(nobody->pw_name);
+        else
+            m_user = QString::fromLocal8Bit(nobody->pw_name);
     }
-    ~Unprivileged() { restore(); }
+    ~Unprivileged() {
+        if (!m_changed)
+            return;
+        if (::geteuid() != 0 && ::seteuid(0) != 0)
+            qFatal("cannot take root's rights back");
+        (void)!::setegid(0);
+        (void)!::setgroups(m_groups.size(), m_groups.data());
+    }
     Unprivileged(const Unprivileged &) = delete;
     Unprivileged &operator=(const Unprivileged &) = delete;
 
-    bool ok() const { return m_why.isEmpty(); }
-    QString why() const { return m_why; }
+    QString why() const { return m_why; } // empty when the rights are the operator's
     QString user() const { return m_user; }
 
 private:
-    void restore() {
-        if (::geteuid() != 0 && (m_dropped || !m_why.isEmpty()) && ::seteuid(0) != 0)
-            qFatal("cannot take root's rights back");
-        if (m_dropped || !m_why.isEmpty()) {
-            (void)!::setegid(0);
-            (void)!::setgroups(m_groups.size(), m_groups.data());
-        }
-        m_dropped = false;
-    }
     std::vector<gid_t> m_groups;
-    bool m_dropped = false;
+    bool m_changed = false;
     QString m_why;
     QString m_user;
 };
@@ -177,9 +169,9 @@ private slots:
 
     void nothingLost_data() {
         QTest::addColumn<int>("chunk"); // bytes per Output call
-        QTest::newRow("one Output of 256 KiB") << 256 * 1024;
-        QTest::newRow("lines of 80") << 80;
-        QTest::newRow("lines longer than the queue") << 2000;
+        row("one Output of 256 KiB", 256 * 1024);
+        row("lines of 80", 80);
+        row("lines longer than the queue", 2000);
     }
     // Output waits for room, and a CC written and closed at once, held up by the line, goes too.
     void nothingLost() {
@@ -213,8 +205,8 @@ private slots:
 
     void countsWhatWaitsInTheDriver_data() {
         QTest::addColumn<QByteArray>("fetched"); // read in by the event loop first
-        QTest::newRow("an X-off alone") << QByteArray();
-        QTest::newRow("the 7 behind a DLE already fetched") << QByteArray("\x10");
+        row("an X-off alone", B());
+        row("the 7 behind a DLE already fetched", Dle);
     }
     // What reached the driver after the event loop last looked is counted, and Input hands it
     // over with what came before: an X-off stops the sender after the line in progress.
@@ -225,7 +217,7 @@ private slots:
         comm.setPortOpen(true);
         QVERIFY(pty.send(fetched));
         QTRY_COMPARE(comm.inBufferCount(), int(fetched.size()));
-        const QByteArray late = fetched.isEmpty() ? QByteArray("\x13") : QByteArray("7");
+        const QByteArray late = fetched.isEmpty() ? Xoff : B("7");
         QVERIFY(pty.send(late));
         QVERIFY(waitingInDriver(pty, 1));
         QCOMPARE(comm.inBufferCount(), int(fetched.size()) + 1);
@@ -238,14 +230,13 @@ private slots:
         QTest::addColumn<QString>("work");
         QTest::addColumn<bool>("inWait"); // the wait's clock runs
         QTest::addColumn<bool>("sleeps");
-        QTest::newRow("after Output") << "output" << false << false;
-        QTest::newRow("after Input") << "input" << false << false;
-        QTest::newRow("nothing done") << "" << false << true;
+        row("after Output", "output", false, false);
+        row("after Input", "input", false, false);
+        row("nothing done", "", false, true);
         // All a wait waits for comes as an event...
-        QTest::newRow("in a wait, after Output") << "output" << true << true;
+        row("in a wait, after Output", "output", true, true);
         // ...unless it has come already and waits to be read.
-        QTest::newRow("in a wait, after Output, an answer fetched")
-            << "fetched, output" << true << false;
+        row("in a wait, after Output, an answer fetched", "fetched, output", true, false);
     }
     // A pass sleeps until an event only when nothing else can be ready: the next line of a
     // send is not held up, and a wait does not spin.
@@ -262,19 +253,15 @@ private slots:
         QCoreApplication::processEvents(); // what earlier tests left
         yield.DoEvents();                  // finds nothing
         clock.setEnabled(inWait);
-        if (work.contains("fetched")) {
-            QVERIFY(pty.send("\x10\x37"));
+        if (work.contains("fetched") || work == "input") {
+            QVERIFY(pty.send(Go));
             QVERIFY(waitingInDriver(pty, 2));
             QCOMPARE(comm.inBufferCount(), 2);
         }
         if (work.contains("output"))
             comm.output("N1\r");
-        if (work == "input") {
-            QVERIFY(pty.send("\x10\x37"));
-            QVERIFY(waitingInDriver(pty, 2));
-            QCOMPARE(comm.inBufferCount(), 2);
-            QCOMPARE(comm.input(), QByteArray("\x10\x37"));
-        }
+        if (work == "input")
+            QCOMPARE(comm.input(), Go);
         bool woken = false; // by the watchdog: the pass slept
         QTimer watchdog;
         watchdog.setSingleShot(true);
@@ -317,8 +304,8 @@ private slots:
 
     void session_data() {
         QTest::addColumn<bool>("writable"); // a trace that cannot be written stops nothing
-        QTest::newRow("traced") << true;
-        QTest::newRow("trace cannot be written") << false;
+        row("traced", true);
+        row("trace cannot be written", false);
     }
     // 7,E and DTR, which a pseudo-terminal refuses, are no error; what waited at the port before
     // an opening is dropped; the trace records each opening, byte and closing.
@@ -361,37 +348,6 @@ private slots:
         QVERIFY2(rx.match(text).hasMatch(), qPrintable(text));
     }
 
-    void deviceOfPort_data() {
-        QTest::addColumn<QString>("env");        // DNC_COM3; null: unset
-        QTest::addColumn<QString>("configured"); // what the settings name for COM3:
-        QTest::addColumn<QString>("device");
-        QTest::newRow("default") << QString() << QString() << "/dev/ttyS2";
-        QTest::newRow("settings") << QString() << "/dev/serial/by-id/usb-X"
-                                  << "/dev/serial/by-id/usb-X";
-        QTest::newRow("environment first") << "/dev/pts/9"
-                                           << "/dev/ttyUSB0"
-                                           << "/dev/pts/9";
-    }
-    void deviceOfPort() {
-        QFETCH(QString, env);
-        QFETCH(QString, configured);
-        if (!env.isNull())
-            qputenv("DNC_COM3", env.toLocal8Bit());
-        SerialComm comm;
-        QList<int> asked;
-        comm.setConfiguredDevices([&](int port) {
-            asked << port;
-            return port == 3 ? configured : QStringLiteral("/dev/wrong");
-        });
-        comm.setCommPort(3);
-        const QString path = comm.devicePath();
-        const QString name = comm.deviceName();
-        qunsetenv("DNC_COM3");
-        QTEST(path, "device");
-        QCOMPARE(name, "COM3: (" + path + ")");
-        QVERIFY(asked.contains(3) && !asked.contains(1));
-    }
-
     // udev's by-id links are the stable names; a device without one keeps its own.
     void stablePath() {
         OPEN_PTY(pty);
@@ -411,58 +367,46 @@ private slots:
     void openRefused_data() {
         QTest::addColumn<QString>("kind");
         QTest::addColumn<QStringList>("says"); // parts of the reason; %user: who opens
-        QStringList absent{"cannot be opened: there is no such device"};
-        const QList<SerialDevice> present = presentSerialDevices();
-        if (present.isEmpty())
-            absent << "this PC has no serial device at all";
-        for (const SerialDevice &d : present)
-            absent << d.systemLocation;
-        if (!present.isEmpty())
-            absent << "Choose the device of COM3: with Setup.";
         const QStringList busy{"cannot be opened: another program holds it", "Close that program"};
         const QStringList denied{"cannot be opened: the user %user may not open it",
                                  "sudo adduser %user dialout", "log out and in again"};
-        QTest::newRow("absent") << "absent" << absent;
-        QTest::newRow("busy: another port holds it") << "locked" << busy;
-        QTest::newRow("busy: another process's exclusive open") << "exclusive" << busy;
-        QTest::newRow("no permission: the group dialout may")
-            << "group" << (denied + QStringList{"The group dialout may open it"});
-        QTest::newRow("no permission: no group may")
-            << "private" << (denied + QStringList{"lets no group open it", "------- "});
+        row("absent", "absent", QStringList{"cannot be opened: there is no such device"});
+        row("busy: another port holds it", "locked", busy);
+        row("busy: another process's exclusive open", "exclusive", busy);
+        row("no permission: the group dialout may", "group",
+            denied + QStringList{"The group dialout may open it"});
+        row("no permission: no group may", "private",
+            denied + QStringList{"lets no group open it", "------- "});
     }
     // The device is named through the settings, by a link as udev's by-id links are.
     void openRefused() {
         QFETCH(QString, kind);
         QFETCH(QStringList, says);
         OPEN_PTY(pty);
-        QTemporaryDir dir;
-        QVERIFY(QFile::setPermissions(dir.path(), QFile::ReadOwner | QFile::WriteOwner |
-                                                      QFile::ExeOwner | QFile::ExeGroup |
-                                                      QFile::ExeOther)); // the operator's too
+        QTemporaryDir dir; // the operator may look into it
+        QVERIFY(::chmod(QFile::encodeName(dir.path()).constData(), 0711) == 0);
         const QByteArray slave = QFile::encodeName(pty.slavePath());
-        const QString path = kind == QLatin1String("absent")
+        const QString path = kind == u"absent"
                                  ? QStringLiteral("/dev/serial/by-id/dnc-test-no-such-port")
                                  : dir.filePath(QStringLiteral("com3"));
-        QVERIFY(kind == QLatin1String("absent") || QFile::link(pty.slavePath(), path));
+        QVERIFY(kind == u"absent" || QFile::link(pty.slavePath(), path));
         const bool root = ::geteuid() == 0;
+        const group *dialout = ::getgrnam("dialout");
+        if (kind == u"group" && (!root || !dialout))
+            QSKIP("giving a device to the group dialout needs root and that group");
 
         SerialComm holder(pty.slavePath());
         std::optional<ExclusiveHolder> exclusive;
-        if (kind == QLatin1String("locked") || kind == QLatin1String("exclusive"))
-            QVERIFY(::chmod(slave, 0666) == 0); // only the other's hold stands in the way
-        if (kind == QLatin1String("locked")) {
+        if (kind == u"locked" || kind == u"exclusive") // only the other's hold stands in the way
+            QVERIFY(::chmod(slave, 0666) == 0);
+        if (kind == u"locked")
             holder.setPortOpen(true);
-        } else if (kind == QLatin1String("exclusive")) {
-            exclusive.emplace(pty.slavePath());
-            QVERIFY2(exclusive->holding(), "the other process could not take the device");
-        } else if (kind == QLatin1String("group")) {
-            const group *dialout = ::getgrnam("dialout");
-            if (!root || !dialout)
-                QSKIP("giving a device to the group dialout needs root and that group");
+        if (kind == u"exclusive")
+            QVERIFY2(exclusive.emplace(pty.slavePath()).holding(), "the other could not take it");
+        if (kind == u"group")
             QVERIFY(::chown(slave, 0, dialout->gr_gid) == 0 && ::chmod(slave, 0660) == 0);
-        } else if (kind == QLatin1String("private")) {
+        if (kind == u"private")
             QVERIFY(::chmod(slave, root ? 0600 : 0) == 0);
-        }
 
         SerialComm comm;
         comm.setConfiguredDevices([&](int port) { return port == 3 ? path : QString(); });
@@ -472,40 +416,30 @@ private slots:
         {
             // Root opens what the operator may not, and past another's exclusive open.
             const Unprivileged operatorRights;
-            if (!operatorRights.ok())
-                QSKIP(qPrintable("cannot drop root's rights to open as an operator: " +
-                                 operatorRights.why()));
+            if (!operatorRights.why().isEmpty())
+                QSKIP(qPrintable("cannot open as an operator: " + operatorRights.why()));
             user = operatorRights.user();
             e = thrown([&] { comm.setPortOpen(true); });
         }
         QVERIFY(e && !comm.portOpen());
         QCOMPARE(e->device, QStringLiteral("COM3: (%1)").arg(path));
         for (QString part : says)
-            QVERIFY2(e->reason.contains(part.replace(QLatin1String("%user"), user)),
+            QVERIFY2(e->reason.contains(part.replace(QStringLiteral("%user"), user)),
                      qPrintable(e->reason));
         comm.setPortOpen(false); // closing a port that never opened is no error
     }
 
-    void farEndGone_data() {
-        QTest::addColumn<bool>("writing");
-        QTest::newRow("while a wait polls") << false;
-        QTest::newRow("while Output waits for room") << true;
-    }
-    // A cable pulled out: the next call throws, naming the device and why.
+    // A cable pulled out while Output waits for room: it throws at once, naming the device and
+    // why. (Pulled while a wait polls: tests/faults.)
     void farEndGone() {
-        QFETCH(bool, writing);
         OPEN_PTY(pty);
         SerialComm comm(pty.slavePath());
         comm.setPortOpen(true);
         QTimer::singleShot(100, this, [&] { pty.closeMaster(); });
         QElapsedTimer clock;
         clock.start();
-        const auto fault = thrown([&] {
-            if (writing)
-                comm.output(QByteArray(256 * 1024, 'N'));   // minutes of work at 9600 baud
-            for (; clock.elapsed() < 3000; QTest::qWait(5)) // as a wait does
-                comm.inBufferCount();
-        });
+        // Minutes of work at 9600 baud.
+        const auto fault = thrown([&] { comm.output(QByteArray(256 * 1024, 'N')); });
         QVERIFY2(fault && clock.elapsed() < 3000, qPrintable(QString::number(clock.elapsed())));
         QCOMPARE(fault->device, QStringLiteral("COM1: (%1)").arg(pty.slavePath()));
         QVERIFY2(fault->reason.contains(QLatin1String("closed at the other end")),

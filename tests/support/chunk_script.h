@@ -59,7 +59,3 @@ inline void pickWhenShown(FakeLink &f, int index) {
             f.timer.fire();
     };
 }
-
-inline qsizetype promptsWritten(const FakeLink &f) {
-    return f.comm.writes.count(PromptSeq);
-}

@@ -4,9 +4,10 @@
 
 #include "comm.h"
 
-#include <QList>
+#include <QByteArrayList>
 #include <functional>
 #include <optional>
+#include <utility>
 
 class FakeComm : public Comm {
 public:
@@ -14,7 +15,7 @@ public:
     QByteArray inbox;
     // Every Output call, in order, and all bytes joined.
     QList<QByteArray> writes;
-    QByteArray written() const;
+    QByteArray written() const { return writes.join(); }
 
     int port = 0;
     QString settings;
@@ -45,16 +46,52 @@ public:
     CommError fault{QStringLiteral("COM2: (/dev/ttyS1)"), QStringLiteral("the device is gone")};
 
     void setCommPort(int p) override { port = p; }
-    void setSettings(const QString &s) override;
+    void setSettings(const QString &s) override {
+        step("setSettings");
+        settings = s;
+    }
     void setDTREnable(bool on) override { dtr = on; }
     bool portOpen() const override { return open; }
-    void setPortOpen(bool o) override;
-    void output(const QByteArray &bytes) override;
-    int outBufferCount() override;
-    int inBufferCount() override;
-    QByteArray input() override;
+    void setPortOpen(bool o) override {
+        if (o && !open) {
+            step("open");
+            ++opens;
+        } else if (!o && open) {
+            ++closes;
+            queued = 0;
+        }
+        open = o;
+    }
+    void output(const QByteArray &bytes) override {
+        step("output");
+        if (!open)
+            throw CommError{QStringLiteral("fake"), QStringLiteral("write to a closed port")};
+        writes << bytes;
+        queued += stallOutput;
+        if (onOutput)
+            onOutput(bytes);
+    }
+    int outBufferCount() override {
+        step("outBufferCount");
+        const int now = queued;
+        queued = qMax(0, queued - drainPerPoll);
+        return now;
+    }
+    int inBufferCount() override {
+        step("inBufferCount");
+        return int(inbox.size());
+    }
+    QByteArray input() override {
+        step("input");
+        return std::exchange(inbox, {});
+    }
 
 private:
-    void check() const;
-    void step(const char *member);
+    void step(const char *member) {
+        ++calls;
+        if (!deviceError && (calls == faultAt || faultIn == QLatin1String(member)))
+            deviceError = fault;
+        if (deviceError)
+            throw *deviceError;
+    }
 };

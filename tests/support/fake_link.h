@@ -5,8 +5,10 @@
 #include "link.h"
 
 #include <QStringList>
+#include <QTest>
 #include <deque>
 #include <functional>
+#include <stdexcept>
 
 // The tick happens only when the test says so.
 class FakeTimer : public LinkTimer {
@@ -17,10 +19,13 @@ public:
     int starts = 0; // stopped -> running transitions
     void setInterval(int v) override { ms = v; }
     int interval() const override { return ms; }
-    void setEnabled(bool e) override;
+    void setEnabled(bool e) override {
+        starts += e && !on;
+        on = e;
+    }
     bool enabled() const override { return on; }
     // A tick, as the real timer would give it after its interval; only while running.
-    void fire();
+    void fire() { m_g.TimedOut = m_g.TimedOut || on; }
 
 private:
     Globals &m_g;
@@ -34,8 +39,21 @@ public:
     std::function<void()> idle;
     long idlePasses = 0;
     long limit = 1000000;
-    ScriptedYield &then(std::function<void()> step);
-    void DoEvents() override;
+    ScriptedYield &then(std::function<void()> step) {
+        steps.push_back(std::move(step));
+        return *this;
+    }
+    void DoEvents() override {
+        if (!steps.empty()) {
+            const auto step = std::move(steps.front());
+            steps.pop_front();
+            step();
+        } else if (++idlePasses > limit) {
+            throw std::runtime_error("a wait did not end: the script ran out");
+        } else if (idle) {
+            idle();
+        }
+    }
 };
 
 // Records what an operation shows. Each box must be taken by the test (takeBox); at its end
@@ -64,27 +82,64 @@ public:
     QList<FileDialogRequest> saveRequests;
     QStringList inputPrompts;
 
-    ~RecordingScreen() override;
+    ~RecordingScreen() override {
+        // Outside a test (a benchmark) or after a failure there is nothing more to tell.
+        if (!QTest::currentTestFunction() || QTest::currentTestFailed())
+            return;
+        if (!boxes.isEmpty())
+            QTest::qFail(qPrintable("a box nobody took: " + boxes.first().text), __FILE__,
+                         __LINE__);
+        else if (pointer == 11)
+            QTest::qFail("the pointer is left at 11", __FILE__, __LINE__);
+    }
     // The oldest box not taken yet; fails the test when there is none.
-    Box takeBox();
+    Box takeBox() {
+        if (boxes.isEmpty())
+            QTest::qFail("no box was shown", __FILE__, __LINE__);
+        return boxes.isEmpty() ? Box() : boxes.takeFirst();
+    }
 
     void setLabel1Caption(const QString &t) override { captions << t; }
     void setLabel1Visible(bool on) override { label1Visible = on; }
     void setText1Text(const QString &t) override { text1 = t; }
     void setText1Visible(bool on) override { text1Visible = on; }
     void setList1Visible(bool on) override { list1Visible = on; }
-    void list1Clear() override;
+    void list1Clear() override {
+        list1.clear();
+        listIndex = -1;
+    }
     void list1AddItem(const QString &item) override { list1 << item; }
     void list1Refresh() override {}
     int list1Count() const override { return int(list1.size()); }
     int list1ListIndex() const override { return listIndex; }
     QString list1List(int i) const override { return list1.value(i); }
     void repaint() override {}
-    void setMousePointer(int p) override;
-    void msgBox(const QString &text, BoxIcon icon, const QString &title) override;
-    QString inputBox(const QString &prompt, const QString &title, const QString &def) override;
-    QString showOpen(const FileDialogRequest &r) override;
-    QString showSave(const FileDialogRequest &r) override;
+    void setMousePointer(int p) override { pointers << (pointer = p); }
+    void msgBox(const QString &text, BoxIcon icon, const QString &title) override {
+        boxes << Box{text, icon, title};
+    }
+    QString inputBox(const QString &prompt, const QString &, const QString &def) override {
+        inputPrompts << prompt;
+        return next(inputAnswers, def);
+    }
+    QString showOpen(const FileDialogRequest &r) override {
+        openRequests << r;
+        return next(openAnswers);
+    }
+    QString showSave(const FileDialogRequest &r) override {
+        saveRequests << r;
+        return next(saveAnswers);
+    }
+
+private:
+    // The next scripted answer, or `otherwise` once they are spent.
+    static QString next(std::deque<QString> &answers, const QString &otherwise = QString()) {
+        if (answers.empty())
+            return otherwise;
+        const QString a = answers.front();
+        answers.pop_front();
+        return a;
+    }
 };
 
 // A Link over fakes, with a fresh Globals.

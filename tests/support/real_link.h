@@ -27,7 +27,7 @@ struct RealLink {
 
     RealLink(const QString &device, qint16 cncType, int divisor = 20)
         : comm(device), timer(g, divisor) {
-        g.ComSettings = QStringLiteral("COM1:9600,N,8,1"); // 8 bits: every byte value passes
+        g.ComSettings = QStringLiteral("COM1:115200,N,8,1"); // 8 bits: every byte value passes
         g.CncType = cncType;
         comm.setOperationState(&state);
         // As after a first transmission: long enough for a loaded test machine.

@@ -97,7 +97,9 @@ private slots:
         }
     }
 
-    // The exact dialogue of each type goes through the real port; here the ways it ends.
+    // The exact dialogue of each type goes through the real port, and an X-off for good in
+    // tests/faults; here the other ways it ends. Only here is every write seen, so a send that
+    // goes on after the window closed shows.
     void send_data() {
         QTest::addColumn<int>("type");
         QTest::addColumn<QString>("fault");
@@ -113,7 +115,6 @@ private slots:
         row("XonXoff, opening X-on", 3, "WaitXon, resume", all, "");
         row("XonXoff, no opening X-on", 3, "WaitXon", Xon, Timeout);
         row("XonXoff, halted, resumed", 3, "halt \x13, resume", all, "");
-        row("XonXoff, halted for good", 3, "halt ?", Xon + numberedLines(2, "\r"), Timeout);
         row("XonXoff, X-off and X-on together", 3, "halt \x13\x11", all, "");
     }
     void send() {
@@ -293,15 +294,14 @@ private slots:
         QCOMPARE(r.f.screen.saveRequests.size(), 1);
         const FileDialogRequest &d = r.f.screen.saveRequests[0];
         QVERIFY(d.initDir == r.in("start") && d.defaultExt == "tap");
-        QCOMPARE(d.filter, QStringLiteral("Tape file *.tap (*.tap);;All files *.* (*.*)"));
         QFETCH(QString, cncDir);
         QCOMPARE(GetProfile(r.f.g, r.f.g.ConfigSection, "CNCDir"), r.in(cncDir));
         QFETCH(bool, told);
         if (told) {
             const RecordingScreen::Box box = r.f.screen.takeBox();
-            QVERIFY2(box.text.startsWith(file.fileName() + ": ") && !box.text.endsWith(": "),
+            QVERIFY2(box.text.startsWith(file.fileName() + ": ") && !box.text.endsWith(": ") &&
+                         box.icon == BoxIcon::Critical,
                      qPrintable(box.text));
-            QCOMPARE(box.icon, BoxIcon::Critical);
         } else if (answer.isEmpty()) {
             QCOMPARE(QDir(r.dir.path()).entryList(QDir::Files), files);
         } else {
