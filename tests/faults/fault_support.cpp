@@ -177,13 +177,14 @@ qsizetype bytesLost(const QByteArray &expected, const QByteArray &arrived) {
 }
 
 void recordFault(const QString &faultClass, const QString &outcome, qsizetype lost,
-                 qint64 elapsedMs) {
+                 qint64 elapsedMs, qint64 hungAfterMs) {
     const QString log = qEnvironmentVariable("DNC_FAULT_LOG");
     QFile f(log);
     if (!log.isEmpty() && f.open(QIODevice::Append))
-        f.write(QStringLiteral("%1\t%2\t%3\t%4\n")
+        f.write(QStringLiteral("%1\t%2\t%3\t%4\t%5\n")
                     .arg(faultClass, outcome)
                     .arg(lost)
                     .arg(elapsedMs)
+                    .arg(hungAfterMs)
                     .toUtf8());
 }

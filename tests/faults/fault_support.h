@@ -74,6 +74,7 @@ qint64 msTaken(const std::function<void()> &act);
 qsizetype bytesLost(const QByteArray &expected, const QByteArray &arrived);
 
 // When DNC_FAULT_LOG names a file, each case appends one line to it for the fault report:
-// class <TAB> outcome <TAB> bytes lost <TAB> milliseconds.
+// class <TAB> outcome <TAB> bytes lost <TAB> milliseconds <TAB> the milliseconds past which the
+// case counts as hung (a case that moves much data is given the line's time for it).
 void recordFault(const QString &faultClass, const QString &outcome, qsizetype lost,
-                 qint64 elapsedMs);
+                 qint64 elapsedMs, qint64 hungAfterMs = 20000);

@@ -114,13 +114,14 @@ private slots:
         QCOMPARE(openDescriptors(path), 0);
         // No hang: within twice what the line needs at 4 Mbaud (400 000 characters a second),
         // and a margin for a loaded machine.
-        QVERIFY2(ms < 20000 + 2 * content.size() / 400, qPrintable(QString::number(ms)));
+        const qint64 hungAfter = 20000 + 2 * content.size() / 400;
+        QVERIFY2(ms < hungAfter, qPrintable(QString::number(ms)));
 
         const QString outcome = told.isEmpty()    ? QStringLiteral("no box")
                                 : told == Timeout ? QStringLiteral("time-out box")
                                                   : QStringLiteral("critical: ") + told;
         recordFault(QStringLiteral("send: ") + QTest::currentDataTag(), outcome,
-                    atLeast < 0 ? bytesLost(arrived, got) : 0, ms);
+                    atLeast < 0 ? bytesLost(arrived, got) : 0, ms, hungAfter);
     }
 
     // The tool scan that runs before a send reads at most one bound's worth of a line: a binary
