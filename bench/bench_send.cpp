@@ -4,8 +4,9 @@
 //   1. turnaround: SendData and a raw blocking loop (write the line and CR, block until DLE "7")
 //      take turns for 5 rounds against the same control "303", on a pseudo-terminal at the
 //      fastest speed one takes; medians and their ratio;
-//   2. line capacity: SendData on "303" and "504" at 9600 and 115 200 baud, against the time the
-//      line needs for every line, its CR and the two-character answer;
+//   2. line capacity: SendData on "303" and "504" at 9600 and 115 200 baud, against a control
+//      that reads and answers at that speed, as the far end of a cable would: the time the line
+//      needs for every line, its CR and the two-character answer, against the time it took;
 //   3. CPU and wake-ups of a wait through 5 seconds of silence;
 //   4. "XonXoff", 1 MB, against a control that takes the characters at the line's speed and
 //      drains 20 000 a second: complete, overruns, the most characters that reached it after an
@@ -267,7 +268,9 @@ void capacity(const QTemporaryDir &dir, Summary &summary) {
         const double needs = double(characters) * 10 / speed.baud;
         for (const qint16 type : {1, 2}) {
             VControlProcess vc;
-            if (!start(vc, {"--type", type == 1 ? "303" : "504"}))
+            // The control takes the line and lets its answer out at the line's speed.
+            if (!start(vc, {"--type", type == 1 ? "303" : "504", "--baud",
+                            QString::number(speed.baud)}))
                 return;
             QList<double> ratios;
             QString each;

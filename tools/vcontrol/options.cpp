@@ -46,7 +46,9 @@ Type XonXoff:
   --halt-ms MS             (default 1000)
   --end-gap MS             a program ends after MS of silence once drained (default 1000)
   --baud N                 characters reach the control at the speed of an 8N1 line of N
-                           baud, as a UART would hand them over (default: as soon as written)
+                           baud, as a UART would hand them over, and what it sends reaches
+                           the program at that speed too (XonXoff: its X-off and X-on go at
+                           once; default: as soon as written, both ways)
 )";
 
 [[noreturn]] void fail(const std::string &why) {

@@ -40,7 +40,8 @@ struct Options {
     long haltMs = 1000;
     long endGapMs = 1000;
     // 0: what the program writes is read at once; else it reaches the control at the speed of
-    // a line of this many baud (8N1: a tenth of it in characters a second).
+    // a line of this many baud (8N1: a tenth of it in characters a second), and so do the
+    // control's answers and programs.
     long baud = 0;
 };
 
