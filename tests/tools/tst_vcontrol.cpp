@@ -100,6 +100,24 @@ private slots:
         QVERIFY2(exit.startsWith("overruns 0,") && after > 450 && after <= 500, qPrintable(exit));
     }
 
+    // What the program wrote after the X-off reached it is counted apart, and what of it came
+    // after the line in progress.
+    void writtenAfterTheXoff() {
+        VControlProcess vc;
+        QVERIFY2(vc.start({"--type", "XonXoff", "--buffer", "4096", "--xoff-at", "100", "--xon-at",
+                           "50", "--rate", "2000"}),
+                 qPrintable(vc.errorString()));
+        Line line(vc.device());
+        const QByteArray l24 = "N1000 G1 X12.345 Y67.89\r";
+        QCOMPARE(l24.size(), 24);
+        QVERIFY(line.send(l24.repeated(5))); // the X-off comes within the fifth line
+        QVERIFY(line.read(3000).contains(WireChar::XOFF));
+        QVERIFY(line.send(l24.repeated(2))); // the rest of a line, and one more
+        QVERIFY(vc.waitForEvent("XON", 1, 3000));
+        QCOMPARE(vc.eventTexts("XON").value(0).section(", ", -2),
+                 QStringLiteral("written after 48, beyond the line 24"));
+    }
+
     void answersAtLineSpeed_data() {
         QTest::addColumn<QString>("type");
         QTest::addColumn<int>("baud");

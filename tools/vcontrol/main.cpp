@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <sched.h>
 #include <stdexcept>
 #include <sys/prctl.h>
 #include <sys/stat.h>
@@ -39,6 +40,13 @@ int main(int argc, char **argv) {
     // A character time at 230 400 baud is 43 us: the default slack of 50 us on every timed
     // wait would let the line's pace slip.
     prctl(PR_SET_TIMERSLACK, 1UL, 0UL, 0UL, 0UL);
+    if (o.realtime) {
+        sched_param p{};
+        p.sched_priority = 10;
+        if (sched_setscheduler(0, SCHED_FIFO, &p) != 0)
+            std::fprintf(stderr, "vcontrol: --realtime: %s; running at the usual priority\n",
+                         std::strerror(errno));
+    }
 
     if (!o.dir.empty()) {
         struct stat st {};

@@ -12,6 +12,7 @@ struct Options {
     std::string log;  // the wire log; empty: none
     std::string link; // a symlink to the slave side, replaced if present
     long exitAfterIdleMs = 0;
+    bool realtime = false; // SCHED_FIFO where allowed; else a warning and the usual priority
     std::string pcProgram; // type 303: the program "PC" sends; default the first by name
     long giveUpMs = 10000; // a dialogue the program stopped answering is dropped after this
 

@@ -61,6 +61,7 @@ bool Wire::readSome() {
     if (n > 0) {
         std::string_view got(buf, size_t(n));
         m_log.bytes("RX", got);
+        m_received += uint64_t(n);
         m_lastActivity = nowUs();
         if (m_charUs > 0) {
             if (m_onLine.empty()) // an idle line starts on them now

@@ -38,6 +38,9 @@ public:
     void consume(size_t n);
 
     WireLog &log() { return m_log; }
+    // Every character read from the pseudo-terminal so far, whether or not the line has
+    // brought it yet.
+    uint64_t received() const { return m_received; }
     int64_t lastRxUs() const { return m_lastRx; }
     // Work that is not traffic (a buffer draining) still keeps the control from idling out.
     void busy() { m_lastActivity = nowUs(); }
@@ -60,6 +63,7 @@ private:
     int64_t m_pauseEnd = 0; // when the last pause ended
     std::string m_in;
     size_t m_used = 0;
+    uint64_t m_received = 0;
     double m_charUs = 0;  // one character on the line; 0: no line speed
     std::string m_onLine; // read from the pseudo-terminal, not yet carried by the line
     double m_rxFree = 0;  // when the line has carried the last character read
