@@ -147,7 +147,8 @@ private slots:
         const qint64 needs = qint64((100 + 2) * 1e7 / baud); // the go-ahead of "R" came meanwhile
         QVERIFY2(us >= needs,
                  qPrintable(QStringLiteral("%1 us, the line needs %2").arg(us).arg(needs)));
-        vc.refresh();
+        // The control logs a write just after it: wait for the log to show all four.
+        QVERIFY(vc.waitUntil([&] { return vc.tx().size() == 4; }, 3000));
         int written1 = 0; // the control's writes of one character each
         for (const VControlProcess::Chunk &c : vc.chunks())
             written1 += !c.rx && c.bytes.size() == 1;
