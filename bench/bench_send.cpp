@@ -4,8 +4,9 @@
 //   1. turnaround: SendData and a raw blocking loop (write the line and CR, block until DLE "7")
 //      take turns for 5 rounds against the same control "303", on a pseudo-terminal at the
 //      fastest speed one takes; medians and their ratio;
-//   2. line capacity: SendData on "303" and "504" at 9600 and 115 200 baud, against the time the
-//      line needs for every line, its CR and the two-character answer;
+//   2. line capacity: SendData on "303" and "504" at 9600 and 115 200 baud, against a control
+//      that reads and answers at that speed, as the far end of a cable would: the time the line
+//      needs for every line, its CR and the two-character answer, against the time it took;
 //   3. CPU and wake-ups of a wait through 5 seconds of silence;
 //   4. "XonXoff", 1 MB, against a control that takes the characters at the line's speed and
 //      drains 20 000 a second: complete, overruns, the most characters that reached it after an
@@ -267,7 +268,9 @@ void capacity(const QTemporaryDir &dir, Summary &summary) {
         const double needs = double(characters) * 10 / speed.baud;
         for (const qint16 type : {1, 2}) {
             VControlProcess vc;
-            if (!start(vc, {"--type", type == 1 ? "303" : "504"}))
+            // The control takes the line and lets its answer out at the line's speed.
+            if (!start(vc, {"--type", type == 1 ? "303" : "504", "--baud",
+                            QString::number(speed.baud), "--realtime"}))
                 return;
             QList<double> ratios;
             QString each;
@@ -321,6 +324,10 @@ struct StreamResult {
     QString summary; // the control's own count of overruns and the most after a hold
     int holds = 0;
     double medianAfterHold = 0;
+    // Handed to the port by the program after the X-off reached it, of each X-off: all, and
+    // beyond the line in progress.
+    QList<double> writtenAfter, beyondLine;
+    QList<double> onLine; // on the line when the X-off went out, as the control counts it
     long rssKb = 0, hwmKb = 0;
     double seconds = 0;
 };
@@ -362,9 +369,14 @@ StreamResult stream(const QTemporaryDir &dir, const QByteArray &text, const QStr
     vc.refresh();
     const QStringList exit = vc.eventTexts(QStringLiteral("EXIT"));
     r.summary = exit.isEmpty() ? QStringLiteral("no summary") : exit.last();
-    QList<double> afterHold; // of each X-off: "<n> after hold, fill <m>"
-    for (const QString &xon : vc.eventTexts(QStringLiteral("XON")))
+    // Of each X-off: "<n> after hold, fill <m>, written after <w>, beyond the line <b>".
+    QList<double> afterHold;
+    for (const QString &xon : vc.eventTexts(QStringLiteral("XON"))) {
         afterHold << xon.section(' ', 0, 0).toDouble();
+        r.writtenAfter << xon.section(' ', -5, -5).remove(',').toDouble();
+        r.beyondLine << xon.section(' ', -1).toDouble();
+        r.onLine << afterHold.last() - r.writtenAfter.last();
+    }
     r.holds = int(afterHold.size());
     r.medianAfterHold = median(afterHold);
     const QStringList stored = QDir(store.path()).entryList(QDir::Files);
@@ -376,25 +388,42 @@ StreamResult stream(const QTemporaryDir &dir, const QByteArray &text, const QStr
 
 void paced(const QTemporaryDir &dir, Summary &summary) {
     const QByteArray mb = program(0, 1 << 20);
-    const int line = int(mb.indexOf('\n'));
-    const QStringList control{"--buffer", "4096",   "--xoff-at", "3072",   "--xon-at",
-                              "1024",     "--rate", "20000",     "--baud", "230400"};
-    std::printf("4. \"XonXoff\" at 230 400 baud (23 040 characters/s), %lld bytes; the control "
-                "takes them at that speed into a buffer of 4096, X-off at 3072, X-on at 1024, "
-                "drained at 20 000 characters/s (goal: at most 512 in flight + one line of %d "
-                "reach it after an X-off)\n",
-                qint64(mb.size()), line);
+    // The longest line: any may be the one in progress when an X-off comes.
+    int line = 0;
+    for (const QByteArray &l : linesOf(mb))
+        line = std::max(line, int(l.size()) + 1);
+    const QStringList control{"--buffer", "4096",  "--xoff-at", "3072",   "--xon-at",  "1024",
+                              "--rate",   "20000", "--baud",    "230400", "--realtime"};
+    std::printf(
+        "4. \"XonXoff\" at 230 400 baud (23 040 characters/s), %lld bytes; the control "
+        "takes them at that speed into a buffer of 4096, X-off at 3072, X-on at 1024, "
+        "drained at 20 000 characters/s (goal: at most 512 in flight + the longest line, %d, "
+        "reach it after an X-off)\n",
+        qint64(mb.size()), line);
     const StreamResult r = stream(dir, mb, control, 230400);
     std::printf("   %.1f s, %s; control: %s; after each of %d X-offs a median of %.0f; "
                 "peak memory %ld kB from %ld kB\n",
                 r.seconds, r.complete ? "arrived complete, byte for byte" : "NOT COMPLETE",
                 qPrintable(r.summary), r.holds, r.medianAfterHold, r.hwmKb, r.rssKb);
+    const auto most = [](const QList<double> &v) {
+        return v.isEmpty() ? 0.0 : *std::max_element(v.begin(), v.end());
+    };
+    std::printf("   on the line when the X-off went out: most %.0f, median %.0f (the program's "
+                "bound: 512)\n",
+                most(r.onLine), median(r.onLine));
+    std::printf("   handed to the port after the X-off reached the program's driver: most %.0f, "
+                "median %.0f; beyond the line in progress: most %.0f, median %.0f (goal: 0)\n",
+                most(r.writtenAfter), median(r.writtenAfter), most(r.beyondLine),
+                median(r.beyondLine));
     summary.add(QStringLiteral("XonXoff at 230 400 baud: characters on the line after an X-off, "
                                "most (median)"),
                 QStringLiteral("%1 (%2)%3")
                     .arg(r.summary.section(QStringLiteral("most after hold "), 1))
                     .arg(r.medianAfterHold, 0, 'f', 0)
                     .arg(r.complete ? QString() : QStringLiteral(" NOT COMPLETE")));
+    summary.add(QStringLiteral("XonXoff: handed to the port after the X-off reached it, beyond "
+                               "the line in progress, most"),
+                QString::number(most(r.beyondLine), 'f', 0));
     // Four times the program, drained fast: the peak must not follow the size of the file.
     const QByteArray big = program(0, 4 << 20);
     const StreamResult four =

@@ -1,6 +1,7 @@
 #include "event_loop_yield.h"
 
 #include "serial_comm.h"
+#include "wake_alarm.h"
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
@@ -22,7 +23,14 @@ void EventLoopYield::DoEvents() {
         return;
     }
     const bool sleep = m_idle || (m_clock.enabled() && !m_port.holdsInput());
+    if (!sleep && WakeAlarm::now() - m_passEnded < QuietGapNs) {
+        // A pass has just dispatched all there was; the next one that sleeps returns at once
+        // for anything that has come since.
+        m_idle = true;
+        return;
+    }
     // With a time limit processEvents ignores WaitForMoreEvents and spins; without one it
     // returns after the first batch of events.
     m_idle = !events->processEvents(sleep ? QEventLoop::WaitForMoreEvents : QEventLoop::AllEvents);
+    m_passEnded = WakeAlarm::now();
 }

@@ -4,7 +4,9 @@
 // emptied, the clock's tick, the operator) only when nothing else can be ready: after a pass
 // that found nothing to do with no work done on the port since, or while a wait's clock runs
 // and the port holds nothing unread, since all a wait waits for comes as an event. So a wait
-// does not spin, and a send loop does not sleep between lines.
+// does not spin, and a send loop does not sleep between lines. A pass that would not sleep is
+// left out within QuietGapNs of the end of the last one: the send loop's pass right after the
+// wait's pass that woke it would only find nothing, at the cost of a poll of every source.
 
 #include "link.h"
 #include "link_timer.h"
@@ -22,8 +24,11 @@ public:
 
     void DoEvents() override;
 
+    static constexpr qint64 QuietGapNs = 200000;
+
 private:
     SerialComm &m_port;
     const LinkTimer &m_clock;
-    bool m_idle = false; // the last pass found nothing to do, and nothing was done since
+    bool m_idle = false;    // the last pass found nothing to do, and nothing was done since
+    qint64 m_passEnded = 0; // WakeAlarm::now() when the last pass returned
 };

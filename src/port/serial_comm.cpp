@@ -44,6 +44,8 @@ int clamp16(qint64 n) {
 SerialComm::SerialComm(const QString &device) : m_device(device) {
     QObject::connect(&m_port, &QSerialPort::errorOccurred, &m_port,
                      [this](QSerialPort::SerialPortError e) { onError(e); });
+    QObject::connect(&m_port, &QSerialPort::readyRead, &m_port,
+                     [this] { m_fetchedAt = WakeAlarm::now(); });
 }
 
 SerialComm::~SerialComm() = default;
@@ -285,8 +287,10 @@ void SerialComm::output(const QByteArray &bytes) {
         push();
         requireUsable();
     }
-    if (!bytes.isEmpty())
+    if (!bytes.isEmpty()) {
+        m_fetchedAt = 0; // an answer to these can only be counted in the driver
         workDone();
+    }
 }
 
 int SerialComm::outBufferCount() {
@@ -302,9 +306,12 @@ int SerialComm::outBufferCount() {
 int SerialComm::inBufferCount() {
     requireUsable();
     // What reached the driver since the event loop last looked counts too: read it in, so
-    // that Input hands over all that was counted.
+    // that Input hands over all that was counted. Right after the event loop emptied the
+    // driver (a read takes all a terminal's input queue holds) that count is the one asked.
+    const bool fresh = WakeAlarm::now() - m_fetchedAt < FreshReadNs;
+    m_fetchedAt = 0;
     int driver = 0;
-    if (::ioctl(m_port.handle(), FIONREAD, &driver) == 0 && driver > 0) {
+    if (!fresh && ::ioctl(m_port.handle(), FIONREAD, &driver) == 0 && driver > 0) {
         m_port.waitForReadyRead(0);
         requireUsable();
     }

@@ -26,6 +26,9 @@ public:
     ~SerialComm() override;
 
     static constexpr int MaxInFlight = 512;
+    // How long after the event loop read the port InBufferCount takes that read as current,
+    // when nothing was handed to the port since.
+    static constexpr qint64 FreshReadNs = 50000;
 
     void setDevice(const QString &path) { m_device = path; }
     // The device the settings name for a port number, empty for none; read at each opening,
@@ -83,8 +86,9 @@ private:
     // A pseudo-terminal has no line: the kernel takes any amount at once and its queue reads
     // empty. There the characters handed over are let out at the line's speed in our own
     // count, so that the bound on what is in flight holds as on a real port.
-    bool m_pty = false;   // paced as a line, see above
-    qint64 m_emptyAt = 0; // when the last character handed over is out, at the line's speed
+    bool m_pty = false;     // paced as a line, see above
+    qint64 m_emptyAt = 0;   // when the last character handed over is out, at the line's speed
+    qint64 m_fetchedAt = 0; // when the event loop last read characters in; 0: since used
 
     QSerialPort m_port;
     WakeAlarm m_alarm;

@@ -99,6 +99,61 @@ private slots:
         const int after = exit.section(' ', -1).toInt();
         QVERIFY2(exit.startsWith("overruns 0,") && after > 450 && after <= 500, qPrintable(exit));
     }
+
+    // What the program wrote after the X-off reached it is counted apart, and what of it came
+    // after the line in progress.
+    void writtenAfterTheXoff() {
+        VControlProcess vc;
+        QVERIFY2(vc.start({"--type", "XonXoff", "--buffer", "4096", "--xoff-at", "100", "--xon-at",
+                           "50", "--rate", "2000"}),
+                 qPrintable(vc.errorString()));
+        Line line(vc.device());
+        const QByteArray l24 = "N1000 G1 X12.345 Y67.89\r";
+        QCOMPARE(l24.size(), 24);
+        QVERIFY(line.send(l24.repeated(5))); // the X-off comes within the fifth line
+        QVERIFY(line.read(3000).contains(WireChar::XOFF));
+        QVERIFY(line.send(l24.repeated(2))); // the rest of a line, and one more
+        QVERIFY(vc.waitForEvent("XON", 1, 3000));
+        QCOMPARE(vc.eventTexts("XON").value(0).section(", ", -2),
+                 QStringLiteral("written after 48, beyond the line 24"));
+    }
+
+    void answersAtLineSpeed_data() {
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<int>("baud");
+        QTest::newRow("303 at 9600") << "303" << 9600;
+        QTest::newRow("504 at 19200") << "504" << 19200;
+    }
+    // A go-ahead comes once the line has carried the CR of its line, and then takes its own two
+    // character times: a sender cannot seem faster than the line.
+    void answersAtLineSpeed() {
+        QFETCH(QString, type);
+        QFETCH(int, baud);
+        VControlProcess vc;
+        QVERIFY2(vc.start({"--type", type, "--baud", QString::number(baud)}),
+                 qPrintable(vc.errorString()));
+        Line line(vc.device());
+        const QByteArray written = "R\r" + QByteArray(97, 'N') + "\r"; // 100 characters
+        QElapsedTimer clock;
+        clock.start();
+        QVERIFY(line.send(written));
+        QByteArray got;
+        while (got.size() < 4 && clock.elapsed() < 3000)
+            got += line.read(3000);
+        const qint64 us = clock.nsecsElapsed() / 1000;
+        QCOMPARE(got, QByteArray("\x10"
+                                 "7\x10"
+                                 "7"));
+        const qint64 needs = qint64((100 + 2) * 1e7 / baud); // the go-ahead of "R" came meanwhile
+        QVERIFY2(us >= needs,
+                 qPrintable(QStringLiteral("%1 us, the line needs %2").arg(us).arg(needs)));
+        // The control logs a write just after it: wait for the log to show all four.
+        QVERIFY(vc.waitUntil([&] { return vc.tx().size() == 4; }, 3000));
+        int written1 = 0; // the control's writes of one character each
+        for (const VControlProcess::Chunk &c : vc.chunks())
+            written1 += !c.rx && c.bytes.size() == 1;
+        QCOMPARE(written1, 4);
+    }
 };
 
 QTEST_GUILESS_MAIN(TstVControl)

@@ -18,6 +18,9 @@ then answers on it until killed (SIGTERM/SIGINT) or idle for --exit-after-idle.
                              <us> EV <WORD> [text] an event (CMD, STORED, DELETED, OVERRUN...)
   --link PATH              symlink to the slave device at PATH (an old link is replaced)
   --exit-after-idle MS     exit after MS without a byte either way
+  --realtime               run at a real-time priority where the system allows it, so that
+                           the control keeps the line's pace however busy the machine is,
+                           as the hardware it stands for would
   --pc-program NAME        type 303: the program sent on "PC" (default: the first by name)
   --give-up MS             drop a dialogue the program stopped answering (default 10000)
 
@@ -46,7 +49,9 @@ Type XonXoff:
   --halt-ms MS             (default 1000)
   --end-gap MS             a program ends after MS of silence once drained (default 1000)
   --baud N                 characters reach the control at the speed of an 8N1 line of N
-                           baud, as a UART would hand them over (default: as soon as written)
+                           baud, as a UART would hand them over, and what it sends reaches
+                           the program at that speed too (XonXoff: its X-off and X-on go at
+                           once; default: as soon as written, both ways)
 )";
 
 [[noreturn]] void fail(const std::string &why) {
@@ -118,6 +123,8 @@ Options parseOptions(int argc, char **argv) {
             o.log = arg();
         } else if (opt == "--link") {
             o.link = arg();
+        } else if (opt == "--realtime") {
+            o.realtime = true;
         } else if (opt == "--exit-after-idle") {
             o.exitAfterIdleMs = num();
         } else if (opt == "--pc-program") {

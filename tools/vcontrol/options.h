@@ -12,6 +12,7 @@ struct Options {
     std::string log;  // the wire log; empty: none
     std::string link; // a symlink to the slave side, replaced if present
     long exitAfterIdleMs = 0;
+    bool realtime = false; // SCHED_FIFO where allowed; else a warning and the usual priority
     std::string pcProgram; // type 303: the program "PC" sends; default the first by name
     long giveUpMs = 10000; // a dialogue the program stopped answering is dropped after this
 
@@ -40,7 +41,8 @@ struct Options {
     long haltMs = 1000;
     long endGapMs = 1000;
     // 0: what the program writes is read at once; else it reaches the control at the speed of
-    // a line of this many baud (8N1: a tenth of it in characters a second).
+    // a line of this many baud (8N1: a tenth of it in characters a second), and so do the
+    // control's answers and programs.
     long baud = 0;
 };
 

@@ -47,6 +47,35 @@ void XonXoffControl::run() {
         const bool idleLine = m_w.inbox().empty();
         if (m_w.receive(until) && idleLine)
             m_lineFree = std::max(m_lineFree, double(nowUs())); // the line starts on it now
+        noteReads();
+    }
+}
+
+void XonXoffControl::noteReads() {
+    const auto fresh = size_t(m_w.received() - m_noted);
+    m_noted = m_w.received();
+    if (!held())
+        return;
+    const std::string_view in = m_w.inbox();
+    for (char c : in.substr(in.size() - std::min(fresh, in.size()))) {
+        ++m_writtenAfter;
+        if (m_lineEnded)
+            ++m_beyondLine;
+        m_lineEnded = m_lineEnded || c == '\r';
+    }
+}
+
+void XonXoffControl::hold(char c) {
+    // What the program wrote before the hold reached it is read first, so that it does not
+    // count as after.
+    m_w.receive(0);
+    noteReads();
+    tx(c);
+    if (!held()) {
+        m_afterHold = 0;
+        m_heldAt = nowUs();
+        m_writtenAfter = m_beyondLine = 0;
+        m_lineEnded = false;
     }
 }
 
@@ -86,9 +115,13 @@ void XonXoffControl::resumeIfDue(int64_t now) {
     bool halting = m_haltUntil >= 0 && now < m_haltUntil;
     if (halting || (m_xoffSent && fill() > size_t(m_o.xonAt)))
         return;
+    m_w.receive(0);
+    noteReads();
     tx(XON);
-    m_w.log().event("XON",
-                    std::to_string(m_afterHold) + " after hold, fill " + std::to_string(fill()));
+    m_w.log().event("XON", std::to_string(m_afterHold) + " after hold, fill " +
+                               std::to_string(fill()) + ", written after " +
+                               std::to_string(m_writtenAfter) + ", beyond the line " +
+                               std::to_string(m_beyondLine));
     m_xoffSent = false;
     m_haltUntil = -1;
 }
@@ -122,21 +155,13 @@ void XonXoffControl::take(std::string_view chunk, int64_t at) {
         }
         m_program.push_back(c);
         if (!m_xoffSent && fill() >= size_t(m_o.xoffAt)) {
-            tx(XOFF);
+            hold(XOFF);
             m_w.log().event("XOFF", "fill " + std::to_string(fill()));
-            if (!held()) {
-                m_afterHold = 0;
-                m_heldAt = nowUs();
-            }
             m_xoffSent = true;
         }
         if (c == '\r' && ++m_lines == m_o.haltAfterLine) {
-            tx(char(m_o.haltChar));
+            hold(char(m_o.haltChar));
             m_w.log().event("HALT", "after line " + std::to_string(m_lines));
-            if (!held()) {
-                m_afterHold = 0;
-                m_heldAt = nowUs();
-            }
             m_haltUntil = nowUs() + int64_t(m_o.haltMs) * 1000;
         }
     }

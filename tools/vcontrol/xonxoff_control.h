@@ -30,6 +30,11 @@ private:
     void resumeIfDue(int64_t now);
     void finish();
     void tx(char c);
+    // Sends the X-off or the halt character and starts counting what comes after it.
+    void hold(char c);
+    // Counts what was read from the pseudo-terminal since the last look, while held: written
+    // by the program after the hold reached it, the pseudo-terminal passing it on at once.
+    void noteReads();
 
     const Options &m_o;
     Wire &m_w;
@@ -47,5 +52,9 @@ private:
     int64_t m_heldAt = 0; // when the X-off or the halt character went out
     long m_afterHold = 0;
     long m_maxAfterHold = 0;
+    uint64_t m_noted = 0;     // characters read and looked at by noteReads
+    long m_writtenAfter = 0;  // written by the program after the hold began
+    long m_beyondLine = 0;    // of them, those after the CR of the line in progress
+    bool m_lineEnded = false; // that CR has come
     long m_overruns = 0;
 };
