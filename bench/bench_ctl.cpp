@@ -3,6 +3,7 @@
 // program (quiet, and with its progress line on a terminal): the times, whether every byte
 // arrived, and how often the progress line was drawn.
 //   bench_ctl [ROUNDS] [BAUD]      defaults: 3 rounds at 4 000 000 baud
+#include "bench_support.h"
 #include "pty_pair.h"
 #include "real_link.h"
 #include "transfer.h"
@@ -147,10 +148,7 @@ double startUp(const QString &home) {
 
 int main(int argc, char **argv) {
     QCoreApplication app(argc, argv);
-#ifdef DNC_VCONTROL_PATH
-    if (qEnvironmentVariableIsEmpty("DNC_VCONTROL"))
-        qputenv("DNC_VCONTROL", DNC_VCONTROL_PATH);
-#endif
+    useBuiltVControl();
     const QStringList a = app.arguments();
     const int rounds = a.size() > 1 ? a[1].toInt() : 3;
     const int baud = a.size() > 2 ? a[2].toInt() : 4000000;

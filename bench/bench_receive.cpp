@@ -3,6 +3,7 @@
 // through the window's own screen and widgets (offscreen) beside it through a recording screen.
 //   bench_receive                            all figures, each measured in a process of its own
 //   bench_receive receive|window|map SIZE    one figure: SIZE bytes of program, or SIZE entries
+#include "bench_support.h"
 #include "directory.h"
 #include "dnc_window.h"
 #include "real_link.h"
@@ -26,29 +27,6 @@ namespace {
 // go-aheads cost no wire time, and what is measured is the program's own work.
 const QString kFastLine = QStringLiteral("COM1:4000000,N,8,1");
 
-qint64 statusKiB(const char *field) {
-    QFile f(QStringLiteral("/proc/self/status"));
-    if (!f.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray &line : f.readAll().split('\n'))
-        if (line.startsWith(field))
-            return line.mid(qstrlen(field)).trimmed().split(' ').value(0).toLongLong();
-    return -1;
-}
-
-double cpuSeconds() {
-    rusage u{};
-    getrusage(RUSAGE_SELF, &u);
-    return u.ru_utime.tv_sec + u.ru_stime.tv_sec + (u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1e6;
-}
-
-// From here on VmHWM is the peak of what follows.
-void resetPeak() {
-    QFile f(QStringLiteral("/proc/self/clear_refs"));
-    if (f.open(QIODevice::WriteOnly))
-        f.write("5");
-}
-
 // The window keeps one caption, not every one it was given.
 class BenchScreen : public OperatorScreen {
 public:
@@ -66,14 +44,14 @@ public:
 
 template <typename Run> void measure(Run run) {
     resetPeak();
-    const qint64 before = statusKiB("VmRSS:");
+    const qint64 before = statusKiB("VmRSS");
     const double cpu = cpuSeconds();
     QElapsedTimer t;
     t.start();
     const qint64 size = run();
     const double seconds = t.nsecsElapsed() / 1e9;
     std::printf("%lld %.3f %.3f %lld\n", static_cast<long long>(size), seconds, cpuSeconds() - cpu,
-                static_cast<long long>(statusKiB("VmHWM:") - before));
+                static_cast<long long>(statusKiB("VmHWM") - before));
 }
 
 void startControl(VControlProcess &vc, const char *type, const QTemporaryDir &store) {
@@ -194,10 +172,7 @@ int main(int argc, char **argv) {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
-#ifdef DNC_VCONTROL_PATH
-    if (qEnvironmentVariableIsEmpty("DNC_VCONTROL"))
-        qputenv("DNC_VCONTROL", DNC_VCONTROL_PATH);
-#endif
+    useBuiltVControl();
     const QStringList args = app.arguments();
     if (args.size() == 3) {
         const qint64 size = args[2].toLongLong();

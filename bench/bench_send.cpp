@@ -12,6 +12,7 @@
 //      drains 20 000 a second: complete, overruns, the most characters that reached it after an
 //      X-off, peak memory; then 4 MB drained fast, for the memory.
 // "bench_send 1 4" runs parts 1 and 4; no argument runs all.
+#include "bench_support.h"
 #include "event_loop_yield.h"
 #include "qt_link_timer.h"
 #include "serial_comm.h"
@@ -80,13 +81,6 @@ struct Sender {
     }
 };
 
-double cpuSeconds(int who = RUSAGE_SELF) {
-    rusage u{};
-    getrusage(who, &u);
-    return double(u.ru_utime.tv_sec + u.ru_stime.tv_sec) +
-           double(u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1e6;
-}
-
 long wakeUps() {
     rusage u{};
     getrusage(RUSAGE_THREAD, &u);
@@ -121,21 +115,6 @@ QList<QByteArray> linesOf(const QByteArray &program) {
 // What a control "303" receives of the program: "R" CR, the lines with CR, EOT CR.
 QByteArray wireOf(const QByteArray &program) {
     return "R\r" + QByteArray(program).replace("\r\n", "\r") + "\x04\r";
-}
-
-QString writeFile(const QTemporaryDir &dir, const QString &name, const QByteArray &bytes) {
-    const QString path = dir.filePath(name);
-    QFile f(path);
-    if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size())
-        qFatal("cannot write %s", qPrintable(path));
-    return path;
-}
-
-bool start(VControlProcess &vc, const QStringList &args) {
-    if (vc.start(args))
-        return true;
-    std::fprintf(stderr, "vcontrol: %s\n", qPrintable(vc.errorString()));
-    return false;
 }
 
 // The control has received `bytes` more since `from`, and they are `expected`.
@@ -207,12 +186,12 @@ void turnaround(const QTemporaryDir &dir, Summary &summary) {
     // machine: 10 programs of 2000 lines each way.
     const int n = 2000, turns = 10;
     const QByteArray text = program(n);
-    const QString path = writeFile(dir, QStringLiteral("turn.tap"), text);
+    const QString path = writeFile(dir.filePath(QStringLiteral("turn.tap")), text);
     const QByteArray wire = wireOf(text);
     const QList<QByteArray> lines = linesOf(text);
 
     VControlProcess vc;
-    if (!start(vc, {"--type", "303"}))
+    if (!startControl(vc, {"--type", "303"}))
         return;
     std::printf("1. Turnaround: %d lines to the control \"303\" answering at once, %d baud; "
                 "in each round SendData and the raw loop take %d turns of %d lines\n",
@@ -261,7 +240,7 @@ void capacity(const QTemporaryDir &dir, Summary &summary) {
     const struct { int baud, lines; } speeds[] = {{9600, 100}, {115200, 1000}};
     for (const auto &speed : speeds) {
         const QByteArray text = program(speed.lines);
-        const QString path = writeFile(dir, QStringLiteral("cap.tap"), text);
+        const QString path = writeFile(dir.filePath(QStringLiteral("cap.tap")), text);
         qint64 characters = 2 + 2 + 2; // "R" CR and its answer, EOT CR
         for (const QByteArray &l : linesOf(text))
             characters += l.size() + 1 + 2;
@@ -269,8 +248,8 @@ void capacity(const QTemporaryDir &dir, Summary &summary) {
         for (const qint16 type : {1, 2}) {
             VControlProcess vc;
             // The control takes the line and lets its answer out at the line's speed.
-            if (!start(vc, {"--type", type == 1 ? "303" : "504", "--baud",
-                            QString::number(speed.baud), "--realtime"}))
+            if (!startControl(vc, {"--type", type == 1 ? "303" : "504", "--baud",
+                                   QString::number(speed.baud), "--realtime"}))
                 return;
             QList<double> ratios;
             QString each;
@@ -297,9 +276,9 @@ void capacity(const QTemporaryDir &dir, Summary &summary) {
 }
 
 void silentWait(const QTemporaryDir &dir, Summary &summary) {
-    const QString path = writeFile(dir, QStringLiteral("one.tap"), "G1 X1\r\n");
+    const QString path = writeFile(dir.filePath(QStringLiteral("one.tap")), "G1 X1\r\n");
     VControlProcess vc;
-    if (!start(vc, {"--type", "303", "--silent"}))
+    if (!startControl(vc, {"--type", "303", "--silent"}))
         return;
     Sender s(vc.device(), 1, 9600);
     QElapsedTimer clock;
@@ -332,37 +311,25 @@ struct StreamResult {
     double seconds = 0;
 };
 
-long statusKb(const char *field) {
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    const auto m = QRegularExpression(QStringLiteral("%1:\\s+(\\d+)").arg(field))
-                       .match(QString::fromLatin1(status.readAll()));
-    return m.hasMatch() ? m.captured(1).toLong() : -1;
-}
-
 // Sends `text` on "XonXoff" at `baud`.
 StreamResult stream(const QTemporaryDir &dir, const QByteArray &text, const QStringList &args,
                     int baud) {
     StreamResult r;
-    const QString path = writeFile(dir, QStringLiteral("big.LCC"), text);
+    const QString path = writeFile(dir.filePath(QStringLiteral("big.LCC")), text);
     QTemporaryDir store;
     VControlProcess vc;
-    if (!start(vc, QStringList{"--type", "XonXoff", "--dir", store.path()} + args))
+    if (!startControl(vc, QStringList{"--type", "XonXoff", "--dir", store.path()} + args))
         return r;
     {
         Sender s(vc.device(), 3, baud);
         // The peak is measured from here: reset it (Linux), note where it starts.
-        QFile clear(QStringLiteral("/proc/self/clear_refs"));
-        if (clear.open(QIODevice::WriteOnly))
-            clear.write("5");
-        clear.close();
-        r.rssKb = statusKb("VmRSS");
+        resetPeak();
+        r.rssKb = statusKiB("VmRSS");
         QElapsedTimer clock;
         clock.start();
         SendData(s.link, path);
         r.seconds = double(clock.nsecsElapsed()) / 1e9;
-        r.hwmKb = statusKb("VmHWM"); // before the log of the run is read into this process
+        r.hwmKb = statusKiB("VmHWM"); // before the log of the run is read into this process
     }
     vc.waitForEvent(QStringLiteral("STORED"), 1, 120000);
     vc.stop();
@@ -437,10 +404,7 @@ void paced(const QTemporaryDir &dir, Summary &summary) {
 
 int main(int argc, char **argv) {
     QCoreApplication app(argc, argv);
-#ifdef DNC_VCONTROL_PATH
-    if (qEnvironmentVariableIsEmpty("DNC_VCONTROL"))
-        qputenv("DNC_VCONTROL", DNC_VCONTROL_PATH);
-#endif
+    useBuiltVControl();
     const QStringList parts = app.arguments().mid(1);
     const auto wanted = [&](const char *n) { return parts.isEmpty() || parts.contains(n); };
     QTemporaryDir dir;

@@ -1,5 +1,5 @@
 #pragma once
-// What both benchmarks measure with and start from: the process's CPU time, its memory as
+// What the benchmarks measure with and start from: the process's CPU time, its memory as
 // Linux reports it, program files, and the virtual control they run against.
 
 #include "vcontrol_process.h"
@@ -11,10 +11,10 @@
 #include <cstdio>
 #include <sys/resource.h>
 
-// User and system time of this process so far.
-inline double cpuSeconds() {
+// User and system time of this process (or thread, RUSAGE_THREAD) so far.
+inline double cpuSeconds(int who = RUSAGE_SELF) {
     rusage u{};
-    getrusage(RUSAGE_SELF, &u);
+    getrusage(who, &u);
     return double(u.ru_utime.tv_sec + u.ru_stime.tv_sec) +
            double(u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1e6;
 }
