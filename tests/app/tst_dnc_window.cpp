@@ -18,17 +18,18 @@ private slots:
     void textsAtAReadableRate();
 };
 
-// One caption shows that the texts follow the language of the command line.
+// Two captions show that the texts follow the language of the command line; an accent spelled
+// by code point, so that a wrong source encoding cannot hide on both sides.
 void TstDncWindow::startUp_data() {
     QTest::addColumn<QString>("cnc");
     QTest::addColumn<QString>("line");
     QTest::addColumn<QString>("enabled");
     QTest::addColumn<int>("interval");
-    QTest::addColumn<QString>("receive");
-    row("303, English", "303", "", "0123457Q", 5000, "&Reveive");
-    row("504, French", "504", "-c 033", "012367Q", 2000, "&Reception");
-    row("XonXoff, German", "XonXoff", "-c 049", "0127Q", 50000, "&Empfangen");
-    row("no settings file, 039", QString(), "-c 039", "0127Q", 10000, "&Receive");
+    QTest::addColumn<QString>("captions"); // Receive and Delete
+    row("303, English", "303", "", "0123457Q", 5000, "&Reveive DC");
+    row("504, French", "504", "-c 033", "012367Q", 2000, "&Reception Effacer");
+    row("XonXoff, German", "XonXoff", "-c 049", "0127Q", 50000, "&Empfangen L\u00f6schen");
+    row("no settings file, 039", QString(), "-c 039", "0127Q", 10000, "&Receive DC");
 }
 
 void TstDncWindow::startUp() {
@@ -38,9 +39,10 @@ void TstDncWindow::startUp() {
     r.open(line);
     QTEST(r.enabled(), "enabled");
     QTEST(r.f.timer.interval(), "interval");
-    QTEST(r.w->Command1[2]->text(), "receive");
-    for (const QPushButton *b : r.w->findChildren<QPushButton *>()) // none cut by its box
-        QVERIFY2(b->sizeHint().width() <= b->width(), qPrintable(b->text()));
+    QTEST(r.w->Command1[2]->text() + ' ' + r.w->Command1[6]->text(), "captions");
+    for (const QPushButton *b : r.w->findChildren<QPushButton *>()) // none empty or cut
+        QVERIFY2(!b->text().isEmpty() && b->sizeHint().width() <= b->width(),
+                 qPrintable(b->text()));
     QCOMPARE(r.w->windowTitle(),
              QStringLiteral("DNC VELDA - V2.6.0 - ") + (cnc.isNull() ? "" : "COM1:9600,E,7,2"));
     QVERIFY(!r.w->Text1->isVisible() && !r.w->List1->isVisible() && !r.w->Label1->isVisible());

@@ -1,4 +1,4 @@
-// The command line, the help box and the text table: what the program reads and shows first.
+// The command line and the text table: what the program reads and shows first.
 
 #include "command_line.h"
 #include "globals.h"
@@ -10,7 +10,6 @@ class TstOptionsAndTexts : public QObject {
 private slots:
     void getParameter_data();
     void getParameter();
-    void helpText();
     void textTable();
 };
 
@@ -47,7 +46,6 @@ void TstOptionsAndTexts::getParameter_data() {
     row("first -c counts", "-c 033 -c 049", typed, "c2");
     row("values end at a blank", "-c 033 -s Shop -b", typed, "c2 s[Shop] b");
     row("-s quoted", "-s \"My Shop\"", typed, "s[\"My]");
-    row("-c found inside a value", "-s a-c -c 033", typed, "s[a-c]");
     row("-d quoted, text glued behind", "-d \"a b\"c", typed, "d[a b]");
     row("-d last", "-d", typed, "d[]");
     row("-b inside a path", "-d /data/x-b.db", typed, "d[/data/x-b.db] b");
@@ -83,19 +81,7 @@ void TstOptionsAndTexts::getParameter() {
     QTEST(leaves(g), "leaves");
 }
 
-// Six lines with LF CR between them; a language without its own help reads English.
-void TstOptionsAndTexts::helpText() {
-    for (const qint16 language : {1, 2, 3}) {
-        const QStringList lines = ::helpText(language).split(QStringLiteral("\n\r"));
-        QCOMPARE(lines.size(), 6);
-        QVERIFY(lines[4].startsWith(QStringLiteral("-x \"")) && lines[4].endsWith(u'"'));
-    }
-    QCOMPARE(::helpText(4), ::helpText(1));
-    QVERIFY(::helpText(2) != ::helpText(1) && ::helpText(3) != ::helpText(1));
-}
-
-// Every row the code reads by name has a text in every language. Accents spelled by code
-// point, so that a wrong source encoding cannot hide on both sides.
+// Every row the code reads by name has a text in every language.
 void TstOptionsAndTexts::textTable() {
     Globals g;
     InitTexts(g);
@@ -108,10 +94,6 @@ void TstOptionsAndTexts::textTable() {
     for (const int row : rows)
         for (int column = 1; column <= 4; ++column)
             QVERIFY2(!g.TextTable[row * 5 + column].isEmpty(), qPrintable(QString::number(row)));
-    g.Language = 2;
-    QCOMPARE(g.Text(TimeoutMessage), "D\u00e9passement du temps de r\u00e9ponse CNC");
-    g.Language = 3;
-    QCOMPARE(g.Text(FirstCommandCaption + 6), "L\u00f6schen");
 }
 
 QTEST_GUILESS_MAIN(TstOptionsAndTexts)
