@@ -39,9 +39,7 @@ void TstWindowVControl::sendByQuickChoiceCountsTools() {
     comm.setOperationState(&state);
     QtLinkTimer timer(g);
     EventLoopYield yield(comm, timer);
-    // The database is named from its own folder: its path may hold an option's two letters.
-    QDir::setCurrent(db.folder());
-    DncWindow w(g, state, comm, timer, yield, QStringLiteral("-b -d tools.db"));
+    DncWindow w(g, state, comm, timer, yield, "-b -d " + db.path());
     w.show();
     WindowGuard guard; // checked before the window goes
 

@@ -22,7 +22,7 @@ inline QList<ToolDbEngine> testEngines() {
     return engines;
 }
 
-constexpr std::optional<ToolDbEngine> Both;
+constexpr std::optional<ToolDbEngine> BothEngines;
 constexpr std::optional<ToolDbEngine> SqliteOnly = ToolDbEngine::Sqlite;
 constexpr std::optional<ToolDbEngine> PostgresOnly = ToolDbEngine::Postgres;
 
@@ -129,6 +129,6 @@ public:
 
 private:
     ToolDbEngine m_engine;
-    QTemporaryDir m_dir;
+    QTemporaryDir m_dir{QDir::tempPath() + "/dncXXXXXX"}; // no '-': -d takes the path on a line
     std::unique_ptr<ToolDbConnection> m_db;
 };

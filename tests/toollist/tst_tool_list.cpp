@@ -104,22 +104,19 @@ private slots:
             engineRow(name, only, xUtil, program, QString(rows), QString(box));
         };
         const QByteArray bad = "/t1 a\r/t2 x\r/t3 b\r";
-        row("found in other case, lowered; two lines add 2", Both, 3,
-            "/T1 Drill\r\n/t2 mill\r\n/t3 drill\r\n%\r\n/t4 drill\r\n",
-            "x:3:old|drill:7:now|mill:1:now");
-        row("single quote and SQL are a plain name", Both, 3,
+        row("single quote and SQL are a plain name", BothEngines, 3,
             "/t1 o'hara\r/t1 o'hara\r/t1 x'); drop table tool_list; --\r",
             "x:3:old|DRILL:5:old|o'hara:2:now|x'); drop table tool_list; --:1:now");
-        row("util at 32767", Both, 32767, bad, "x:32767:old|DRILL:5:old|a:1:now", "32767");
-        row("util empty", Both, QVariant(QMetaType::fromType<int>()), bad,
+        row("util at 32767", BothEngines, 32767, bad, "x:32767:old|DRILL:5:old|a:1:now", "32767");
+        row("util empty", BothEngines, QVariant(QMetaType::fromType<int>()), bad,
             "x::old|DRILL:5:old|a:1:now", "x");
         // A server's smallint cannot hold it in the first place.
         row("util beyond 16 bits", SqliteOnly, 40000, bad, "x:40000:old|DRILL:5:old|a:1:now",
             "40000");
-        row("double quote in a name", Both, 3, "/t1 a\r/t2 \"x\" or 1=1\r/t3 b\r",
+        row("double quote in a name", BothEngines, 3, "/t1 a\r/t2 \"x\" or 1=1\r/t3 b\r",
             "x:3:old|DRILL:5:old|a:1:now", "double quote");
-        row("line without name", Both, 3, "/t1 a\r/t2\r/t3 b\r", "x:3:old|DRILL:5:old|a:1:now",
-            "/t2");
+        row("line without name", BothEngines, 3, "/t1 a\r/t2\r/t3 b\r",
+            "x:3:old|DRILL:5:old|a:1:now", "/t2");
     }
     void counts() {
         QFETCH(ToolDbEngine, engine);
@@ -150,22 +147,19 @@ private slots:
     void busyDuringSend_data() {
         QTest::addColumn<ToolDbEngine>("engine");
         QTest::addColumn<bool>("exclusive"); // another program's: not even the schema is read
-        QTest::addColumn<int>("releaseMs");  // -1: held past the wait
-        QTest::addColumn<int>("busyMs");
-        QTest::addColumn<QString>("wait"); // as the operator is told it
-        const QString s3 = QStringLiteral("3 s"), ms300 = QStringLiteral("300 ms");
-        engineRow("another station counts the same tool, lets go within the wait", Both, false, 150,
-                  3000, s3);
-        engineRow("another station holds the tool past the wait", Both, false, -1, 300, ms300);
-        engineRow("an exclusive transaction ends within the wait", SqliteOnly, true, 150, 3000, s3);
+        QTest::addColumn<bool>("through");   // let go after 150 ms of 3 s; else held past 300 ms
+        engineRow("another station counts the same tool, lets go within the wait", BothEngines,
+                  false, true);
+        engineRow("another station holds the tool past the wait", BothEngines, false, false);
+        engineRow("an exclusive transaction ends within the wait", SqliteOnly, true, true);
     }
     void busyDuringSend() {
         QFETCH(ToolDbEngine, engine);
         REQUIRE_TOOL_DB(engine);
         QFETCH(bool, exclusive);
-        QFETCH(int, releaseMs);
-        QFETCH(int, busyMs);
-        QFETCH(QString, wait);
+        QFETCH(bool, through);
+        const int releaseMs = 150, busyMs = through ? 3000 : 300;
+        const QString wait = through ? QStringLiteral("3 s") : QStringLiteral("300 ms");
         EventYield yield;
         Sender s(engine, busyMs, &yield);
         QVERIFY(
@@ -180,7 +174,7 @@ private slots:
             if (std::exchange(held, false))
                 QSqlQuery(otherDb).exec(QStringLiteral("ROLLBACK"));
         };
-        if (releaseMs >= 0)
+        if (through)
             QTimer::singleShot(releaseMs, release);
         int ticks = 0;
         QString shown; // what the label showed while the send waited
@@ -197,7 +191,6 @@ private slots:
         const qint64 took = clock.elapsed();
         release();
 
-        const bool through = releaseMs >= 0;
         QVERIFY2(ticks >= (through ? releaseMs : busyMs) / 40, qPrintable(QString::number(ticks)));
         QVERIFY2(shown.contains("busy") && shown.contains(wait), qPrintable(shown));
         QVERIFY(!s.screen.label1Visible);
@@ -266,7 +259,7 @@ private slots:
     // More rows than one fetch of the model: a half-read table would hold a count's write.
     void grid_data() {
         QTest::addColumn<ToolDbEngine>("engine");
-        engineRow("most used first, editable, no row added or deleted", Both);
+        engineRow("most used first, editable, no row added or deleted", BothEngines);
     }
     void grid() {
         QFETCH(ToolDbEngine, engine);
