@@ -3,6 +3,7 @@
 // SQLite file in a temporary folder, or the table on the PostgreSQL test server that
 // ./scripts/test starts (DNC_PG_URI). Program files lie in the fixture's folder either way.
 
+#include "files.h"
 #include "tool_db.h"
 
 #include <QtCore>
@@ -64,11 +65,8 @@ struct PgServerStopped {
 class ToolDbFixture {
 public:
     explicit ToolDbFixture(ToolDbEngine engine = ToolDbEngine::Sqlite) : m_engine(engine) {
-        if (engine == ToolDbEngine::Sqlite) {
-            QFile file(path());
-            if (!file.open(QIODevice::WriteOnly))
-                qFatal("cannot make %s", qPrintable(path()));
-        }
+        if (engine == ToolDbEngine::Sqlite && !QFile(path()).open(QIODevice::WriteOnly))
+            qFatal("cannot make %s", qPrintable(path()));
         m_db = std::make_unique<ToolDbConnection>(QStringLiteral("fixture"), path(), 5000);
         QFile schema(QString::fromUtf8(engine == ToolDbEngine::Sqlite ? DNC_TOOL_SCHEMA
                                                                       : DNC_TOOL_PG_SCHEMA));
@@ -121,10 +119,10 @@ public:
     }
     // A program file in the fixture's folder.
     QString program(const QByteArray &bytes, const QString &name = QStringLiteral("p.tap")) {
-        QFile file(m_dir.filePath(name));
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-            qFatal("cannot write %s", qPrintable(file.fileName()));
-        return file.fileName();
+        const QString path = m_dir.filePath(name);
+        if (!writeFile(path, bytes))
+            qFatal("cannot write %s", qPrintable(path));
+        return path;
     }
 
 private:

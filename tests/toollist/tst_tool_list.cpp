@@ -10,7 +10,6 @@
 #include "tool_scan.h"
 #include "update_tool_list.h"
 
-#include <QBuffer>
 #include <QtTest>
 #include <latch>
 #include <thread>
@@ -83,13 +82,9 @@ private slots:
         QFETCH(QStringList, limits);
         std::array<QString, 11> table;
         std::copy(limits.begin(), limits.end(), table.begin() + 1);
-        QBuffer buffer(&file);
-        QVERIFY(buffer.open(QIODevice::ReadOnly));
-        const ToolScan scan = scanToolLines(buffer, table, qint16(limits.size()));
+        const ToolScan scan = scanToolLines(file, table, qint16(limits.size()));
         QTEST(scan.names, "names");
         QTEST(scan.failed(), "fails");
-        if (file.contains('%')) // nothing is read behind the line that ends the head
-            QVERIFY(buffer.pos() <= file.indexOf('\r', file.indexOf('%')) + 2);
     }
 
     // Rows as "tool:util:Date", the Date "old" when untouched and "now" when counted.
@@ -259,7 +254,7 @@ private slots:
     // More rows than one fetch of the model: a half-read table would hold a count's write.
     void grid_data() {
         QTest::addColumn<ToolDbEngine>("engine");
-        engineRow("most used first, editable, no row added or deleted", BothEngines);
+        engineRow("most used first, editable", BothEngines);
     }
     void grid() {
         QFETCH(ToolDbEngine, engine);
@@ -293,7 +288,6 @@ private slots:
         QVERIFY(model.setData(model.index(1, 1), "42")); // read anew: "b" leads
         QVERIFY(model.setData(model.index(1, 0), "c"));
         QVERIFY(!model.setData(model.index(1, 1), 40000)); // util is a 16-bit integer
-        QVERIFY(!model.insertRows(0, 1) && !model.removeRows(0, 1));
         QCOMPARE(top(), QStringLiteral("bc"));
         QCOMPARE(s.db.rows("SELECT tool, util FROM tool_list WHERE util > 2 ORDER BY {key}"),
                  (QStringList{"c:5", "b:42"}));
