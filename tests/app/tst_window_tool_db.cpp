@@ -12,6 +12,7 @@ namespace {
 // A window on a 303 control over the scripted port, with P.tap in the fixture's folder.
 struct Station : WindowRig {
     QStringList boxes; // the texts of the message boxes taken
+    QString during;    // the grid's first row while a send runs
     explicit Station(ToolDbFixture &db) : WindowRig("303", "TapeDir=" + db.folder().toUtf8()) {
         db.program("(PART)\r\n/T4 DRILL\r\n%\r\nN10 G0 X0\r\n", QStringLiteral("P.tap"));
         f.comm.onOutput = [this](const QByteArray &) { f.comm.inbox += Go; };
@@ -25,6 +26,7 @@ struct Station : WindowRig {
         while (told-- > 0)
             takeBox(boxes);
         f.comm.writes.clear();
+        f.yield.then([this] { during = gridRow(0); });
         QTest::mouseClick(w->Command1[1], Qt::LeftButton);
         QVERIFY(f.comm.written().endsWith("N10 G0 X0\r" + Eot)); // sent whatever the database
     }
@@ -93,6 +95,10 @@ private slots:
         QVERIFY(!mended || db.exec("ROLLBACK"));
         s.send(passing && !mended); // a login still refused is told at every send
         QCOMPARE(s.gridRow(0), mended ? "drill:1" : "");
+        if (mended) { // hidden while the next send runs
+            s.send();
+            QCOMPARE(s.during + '|' + s.gridRow(0), "|drill:2");
+        }
         QVERIFY(passing || !s.w->DBGrid1);
         QVERIFY(!QFile::exists(db.folder() + "/none.db")); // nothing made
     }
@@ -108,7 +114,7 @@ private slots:
         Station s(db);
         s.open("-b -d " + db.path());
         s.send();
-        QCOMPARE(s.gridRow(0), "drill:1");
+        QCOMPARE(s.during + '|' + s.gridRow(0), "|drill:1"); // hidden while the send ran
         {
             PgServerStopped down;
             QVERIFY(down.stopped);
