@@ -1,18 +1,9 @@
-// The command line, the help box and the text table: what the program reads and shows first.
+// The command line and the text table: what the program reads and shows first.
 
 #include "command_line.h"
 #include "globals.h"
 #include "rows.h"
 #include "text_table.h"
-
-class TstOptionsAndTexts : public QObject {
-    Q_OBJECT
-private slots:
-    void getParameter_data();
-    void getParameter();
-    void helpText();
-    void textTable();
-};
 
 namespace {
 
@@ -31,88 +22,74 @@ QString leaves(const Globals &g) {
 
 } // namespace
 
-// A row with arguments first rebuilds the line from them as main does, and checks it.
-void TstOptionsAndTexts::getParameter_data() {
-    QTest::addColumn<QString>("line");
-    QTest::addColumn<QStringList>("args");
-    QTest::addColumn<QString>("leaves");
-    const QStringList typed; // the line as it stands
+class TstOptionsAndTexts : public QObject {
+    Q_OBJECT
+private slots:
+    // A row with arguments first rebuilds the line from them as main does, and checks it.
+    void getParameter_data() {
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<QString>("leaves");
+        const QStringList typed; // the line as it stands
 
-    row("empty", "", typed, "");
-    row("-c 039", "-c 039", typed, "c4");
-    row("-C is no option", "-C 033", typed, "");
-    row("no blank needed", "-c033", typed, "c2");
-    row("a tab is no blank", "-c\t033", typed, "");
-    row("code with more behind", "-c 0331", typed, "");
-    row("first -c counts", "-c 033 -c 049", typed, "c2");
-    row("values end at a blank", "-c 033 -s Shop -b", typed, "c2 s[Shop] b");
-    row("-s quoted", "-s \"My Shop\"", typed, "s[\"My]");
-    row("-c found inside a value", "-s a-c -c 033", typed, "s[a-c]");
-    row("-d quoted, text glued behind", "-d \"a b\"c", typed, "d[a b]");
-    row("-d last", "-d", typed, "d[]");
-    row("-b inside a path", "-d /data/x-b.db", typed, "d[/data/x-b.db] b");
-    row("-x unquoted, more behind", "-x ( -c 033", typed, "c2 x[(]");
-    row("-x quoted, one blank at the end", "-x \"(\" ", typed, "");
-    row("-x empty pair", "-x \"\"", typed, "x[]");
-    row("-x quoted, blanks kept, glued", "-x \"a b\"\"c\"", typed, "x[a b|c]");
-    // Decided: an unclosed mark takes the rest of the line; an eleventh string is dropped.
-    row("-d unclosed", "-d \"my db -c 033", typed, "c2 d[my db -c 033]");
-    row("-x unclosed", "-x \"( -c", typed, "x[( -c]");
-    row("-x eleven", "-x" + QString(" \"1\"").repeated(11), typed, "x[1|1|1|1|1|1|1|1|1|1]");
+        row("empty", "", typed, "");
+        row("-c 039", "-c 039", typed, "c4");
+        row("-C is no option", "-C 033", typed, "");
+        row("no blank needed", "-c033", typed, "c2");
+        row("a tab is no blank", "-c\t033", typed, "");
+        row("code with more behind", "-c 0331", typed, "");
+        row("first -c counts", "-c 033 -c 049", typed, "c2");
+        row("values end at a blank", "-c 033 -s Shop -b", typed, "c2 s[Shop] b");
+        row("-s quoted", "-s \"My Shop\"", typed, "s[\"My]");
+        row("-d quoted, text glued behind", "-d \"a b\"c", typed, "d[a b]");
+        row("-d last", "-d", typed, "d[]");
+        row("-b inside a path", "-d /data/x-b.db", typed, "d[/data/x-b.db] b");
+        row("-x unquoted, more behind", "-x ( -c 033", typed, "c2 x[(]");
+        row("-x quoted, one blank at the end", "-x \"(\" ", typed, "");
+        row("-x empty pair", "-x \"\"", typed, "x[]");
+        row("-x quoted, blanks kept, glued", "-x \"a b\"\"c\"", typed, "x[a b|c]");
+        // Decided: an unclosed mark takes the rest of the line; an eleventh string is dropped.
+        row("-d unclosed", "-d \"my db -c 033", typed, "c2 d[my db -c 033]");
+        row("-x unclosed", "-x \"( -c", typed, "x[( -c]");
+        row("-x eleven", "-x" + QString(" \"1\"").repeated(11), typed, "x[1|1|1|1|1|1|1|1|1|1]");
 
-    row("args: blank", "-d \"my db\"", QStringList{"-d", "my db"}, "d[my db]");
-    row("args: empty", "-s \"\"", QStringList{"-s", ""}, "s[\"\"]");
-    // An option keeps its meaning behind -x: the limit strings go last.
-    row("args: -c behind -x", "-c 033 -x \"(\"", QStringList{"-x", "(", "-c", "033"}, "c2 x[(]");
-    row("args: -b behind -x, two strings", "-d tools.db -b -x \"(\" \"-\"",
-        QStringList{"-d", "tools.db", "-x", "(", "-", "-b"}, "d[tools.db] x[(|-] b");
-    row("args: a repeated -x is ignored", "-c 033 -x \"a\"",
-        QStringList{"-x", "a", "-c", "033", "-x", "b"}, "c2 x[a]");
-    row("args: -b as a limit string, in the line form", "-x \"(\" \"-b\"",
-        QStringList{"-x \"(\" \"-b\""}, "x[(|-b] b");
-    row("args: -x glued is no -x", "-x( a", QStringList{"-x(", "a"}, "x[(]");
-}
-
-void TstOptionsAndTexts::getParameter() {
-    QFETCH(QString, line);
-    QFETCH(QStringList, args);
-    if (!args.isEmpty())
-        QCOMPARE(commandLineFromArgs(args), line);
-    Globals g;
-    GetParameter(g, line);
-    QTEST(leaves(g), "leaves");
-}
-
-// Six lines with LF CR between them; a language without its own help reads English.
-void TstOptionsAndTexts::helpText() {
-    for (const qint16 language : {1, 2, 3}) {
-        const QStringList lines = ::helpText(language).split(QStringLiteral("\n\r"));
-        QCOMPARE(lines.size(), 6);
-        QVERIFY(lines[4].startsWith(QStringLiteral("-x \"")) && lines[4].endsWith(u'"'));
+        row("args: empty", "-s \"\"", QStringList{"-s", ""}, "s[\"\"]");
+        // An option keeps its meaning behind -x: the limit strings go last.
+        row("args: -b behind -x, two strings", "-d tools.db -b -x \"(\" \"-\"",
+            QStringList{"-d", "tools.db", "-x", "(", "-", "-b"}, "d[tools.db] x[(|-] b");
+        row("args: a repeated -x is ignored", "-c 033 -x \"a\"",
+            QStringList{"-x", "a", "-c", "033", "-x", "b"}, "c2 x[a]");
+        row("args: -b as a limit string, in the line form", "-x \"(\" \"-b\"",
+            QStringList{"-x \"(\" \"-b\""}, "x[(|-b] b");
+        row("args: -x glued is no -x", "-x( a", QStringList{"-x(", "a"}, "x[(]");
     }
-    QCOMPARE(::helpText(4), ::helpText(1));
-    QVERIFY(::helpText(2) != ::helpText(1) && ::helpText(3) != ::helpText(1));
-}
 
-// Every row the code reads by name has a text in every language. Accents spelled by code
-// point, so that a wrong source encoding cannot hide on both sides.
-void TstOptionsAndTexts::textTable() {
-    Globals g;
-    InitTexts(g);
-    QList<int> rows{QuitCaption,    SendFilePrefix, TimeoutMessage, SetupTitle,
-                    WaitXonCaption, NoSpaceCaption, WindowTitle};
-    for (int i = 0; i < 7; ++i)
-        rows << SetupFirstLabel + i;
-    for (int i = 0; i < 8; ++i)
-        rows << FirstCommandCaption + i;
-    for (const int row : rows)
-        for (int column = 1; column <= 4; ++column)
-            QVERIFY2(!g.TextTable[row * 5 + column].isEmpty(), qPrintable(QString::number(row)));
-    g.Language = 2;
-    QCOMPARE(g.Text(TimeoutMessage), "D\u00e9passement du temps de r\u00e9ponse CNC");
-    g.Language = 3;
-    QCOMPARE(g.Text(FirstCommandCaption + 6), "L\u00f6schen");
-}
+    void getParameter() {
+        QFETCH(QString, line);
+        QFETCH(QStringList, args);
+        if (!args.isEmpty())
+            QCOMPARE(commandLineFromArgs(args), line);
+        Globals g;
+        GetParameter(g, line);
+        QTEST(leaves(g), "leaves");
+    }
+
+    // Every row the code reads by name has a text in every language.
+    void textTable() {
+        Globals g;
+        InitTexts(g);
+        QList<int> rows{QuitCaption,    SendFilePrefix, TimeoutMessage, SetupTitle,
+                        WaitXonCaption, NoSpaceCaption, WindowTitle};
+        for (int i = 0; i < 7; ++i)
+            rows << SetupFirstLabel + i;
+        for (int i = 0; i < 8; ++i)
+            rows << FirstCommandCaption + i;
+        for (const int row : rows)
+            for (int column = 1; column <= 4; ++column)
+                QVERIFY2(!g.TextTable[row * 5 + column].isEmpty(),
+                         qPrintable(QString::number(row)));
+    }
+};
 
 QTEST_GUILESS_MAIN(TstOptionsAndTexts)
 #include "tst_options_and_texts.moc"

@@ -3,11 +3,13 @@
 // SQLite file in a temporary folder, or the table on the PostgreSQL test server that
 // ./scripts/test starts (DNC_PG_URI). Program files lie in the fixture's folder either way.
 
+#include "files.h"
 #include "tool_db.h"
 
 #include <QtCore>
 #include <QtSql>
 #include <QtTest>
+#include <optional>
 
 // The engines a run covers: DNC_TOOL_ENGINES ("sqlite", "postgres", or both, separated by
 // commas), both when unset. CTest runs each engine as a test of its own.
@@ -21,8 +23,19 @@ inline QList<ToolDbEngine> testEngines() {
     return engines;
 }
 
-inline const char *engineName(ToolDbEngine engine) {
-    return engine == ToolDbEngine::Postgres ? "postgres" : "sqlite";
+constexpr std::optional<ToolDbEngine> BothEngines;
+constexpr std::optional<ToolDbEngine> SqliteOnly = ToolDbEngine::Sqlite;
+constexpr std::optional<ToolDbEngine> PostgresOnly = ToolDbEngine::Postgres;
+
+// One data row per engine of the run, the engine first; `only` keeps a row to one engine.
+template <class... Values>
+void engineRow(const char *name, std::optional<ToolDbEngine> only, const Values &...values) {
+    for (const ToolDbEngine engine : testEngines())
+        if (!only || *only == engine)
+            ((QTest::newRow(qPrintable(
+                  (engine == ToolDbEngine::Postgres ? "postgres: " : "sqlite: ") + QString(name)))
+              << engine)
+             << ... << values);
 }
 
 // A PostgreSQL case needs the test server: skipped without one, with the reason, except where
@@ -52,11 +65,8 @@ struct PgServerStopped {
 class ToolDbFixture {
 public:
     explicit ToolDbFixture(ToolDbEngine engine = ToolDbEngine::Sqlite) : m_engine(engine) {
-        if (engine == ToolDbEngine::Sqlite) {
-            QFile file(path());
-            if (!file.open(QIODevice::WriteOnly))
-                qFatal("cannot make %s", qPrintable(path()));
-        }
+        if (engine == ToolDbEngine::Sqlite && !QFile(path()).open(QIODevice::WriteOnly))
+            qFatal("cannot make %s", qPrintable(path()));
         m_db = std::make_unique<ToolDbConnection>(QStringLiteral("fixture"), path(), 5000);
         QFile schema(QString::fromUtf8(engine == ToolDbEngine::Sqlite ? DNC_TOOL_SCHEMA
                                                                       : DNC_TOOL_PG_SCHEMA));
@@ -77,23 +87,14 @@ public:
         return postgres() ? qEnvironmentVariable("DNC_PG_URI")
                           : m_dir.filePath(QStringLiteral("tools.db"));
     }
-    // A database of the same kind that does not exist.
-    QString missing() const {
-        if (!postgres())
-            return m_dir.filePath(QStringLiteral("none.db"));
-        QUrl url(path());
-        url.setPath(QStringLiteral("/dnc_none"));
-        return url.toString();
-    }
     QString folder() const { return m_dir.path(); }
-    QString key() const { return m_db->dialect().key(); }
     ToolDbConnection &connection() { return *m_db; }
 
     // Runs one statement ("{key}" stands for the row key); `rows`, when given, gets each row
-    // of its result as fields joined by ':', a time as yyyy-MM-dd HH:mm:ss.
+    // of its result as fields joined by ':'.
     bool exec(QString sql, const QVariantList &binds = {}, QStringList *rows = nullptr) {
         QSqlQuery query(m_db->database());
-        sql.replace(QLatin1String("{key}"), key());
+        sql.replace(QLatin1String("{key}"), m_db->dialect().key());
         // A server prepares only queries and changes of rows, not DROP or CREATE.
         if (!binds.isEmpty())
             query.prepare(sql);
@@ -103,33 +104,29 @@ public:
             qWarning() << sql << query.lastError().text();
         while (rows && query.next()) {
             QStringList fields;
-            for (int i = 0; i < query.record().count(); ++i) {
-                const QVariant v = query.value(i);
-                fields << (v.isNull() ? QString()
-                           : v.typeId() == QMetaType::QDateTime
-                               ? v.toDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"))
-                               : v.toString());
-            }
+            for (int i = 0; i < query.record().count(); ++i)
+                fields << (query.isNull(i) ? QString() : query.value(i).toString());
             *rows << fields.join(u':');
         }
         return query.isActive();
     }
-    QStringList rows(const QString &sql =
-                         QStringLiteral("SELECT tool, util, Date FROM tool_list ORDER BY {key}")) {
+    // A time as yyyy-MM-dd HH:mm:ss, on either engine.
+    QStringList rows(const QString &sql = QStringLiteral(
+                         "SELECT tool, util, CAST(Date AS TEXT) FROM tool_list ORDER BY {key}")) {
         QStringList result;
         exec(sql, {}, &result);
         return result;
     }
     // A program file in the fixture's folder.
     QString program(const QByteArray &bytes, const QString &name = QStringLiteral("p.tap")) {
-        QFile file(m_dir.filePath(name));
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-            qFatal("cannot write %s", qPrintable(file.fileName()));
-        return file.fileName();
+        const QString path = m_dir.filePath(name);
+        if (!writeFile(path, bytes))
+            qFatal("cannot write %s", qPrintable(path));
+        return path;
     }
 
 private:
     ToolDbEngine m_engine;
-    QTemporaryDir m_dir;
+    QTemporaryDir m_dir{QDir::tempPath() + "/dncXXXXXX"}; // no '-': -d takes the path on a line
     std::unique_ptr<ToolDbConnection> m_db;
 };
