@@ -240,6 +240,8 @@ private slots:
         QVERIFY(QFile::link(QStringLiteral("/nonexistent"), byId.filePath(QStringLiteral("a"))));
         QCOMPARE(stablePathOf(pty().slavePath(), byId.path()), link);
         QCOMPARE(stablePathOf(other.slavePath(), byId.path()), other.slavePath());
+        QCOMPARE(stablePathOf(QStringLiteral("/dev/none"), byId.path()),
+                 QStringLiteral("/dev/none")); // gone: not the dangling link
     }
 
     void openRefused_data() {
