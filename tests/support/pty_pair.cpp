@@ -13,17 +13,13 @@
 
 PtyPair::PtyPair() {
     m_master = ::posix_openpt(O_RDWR | O_NOCTTY);
-    if (m_master < 0 || ::grantpt(m_master) != 0 || ::unlockpt(m_master) != 0) {
-        m_error =
-            QStringLiteral("no pseudo-terminal: %1").arg(QString::fromLocal8Bit(strerror(errno)));
-        closeMaster();
-        return;
+    if (m_master >= 0 && ::grantpt(m_master) == 0 && ::unlockpt(m_master) == 0) {
+        m_slavePath = QString::fromLocal8Bit(::ptsname(m_master));
+        m_slave = ::open(::ptsname(m_master), O_RDWR | O_NOCTTY);
     }
-    m_slavePath = QString::fromLocal8Bit(::ptsname(m_master));
-    m_slave = ::open(::ptsname(m_master), O_RDWR | O_NOCTTY);
     termios t{};
     if (m_slave < 0 || ::tcgetattr(m_slave, &t) != 0) {
-        m_error = QStringLiteral("cannot set up %1: %2")
+        m_error = QStringLiteral("no pseudo-terminal %1: %2")
                       .arg(m_slavePath, QString::fromLocal8Bit(strerror(errno)));
         closeMaster();
         return;

@@ -18,9 +18,6 @@ public:
     QString error() const { return m_error; } // why the pair could not be made
     QString slavePath() const { return m_slavePath; }
 
-    // The far end goes away (a cable pulled, the control switched off).
-    void closeMaster();
-
     // Writes all of it to the slave's input.
     bool send(const QByteArray &bytes);
     // At most maxBytes of what the slave sent, waiting up to timeoutMs for the first byte.
@@ -34,6 +31,8 @@ public:
     void setSlaveOutputStopped(bool stopped);
 
 private:
+    void closeMaster();
+
     int m_master = -1;
     int m_slave = -1;
     QString m_slavePath;

@@ -22,12 +22,7 @@ bool VControlProcess::start(const QStringList &args, int timeoutMs) {
         m_error = "DNC_VCONTROL is not set";
         return false;
     }
-    if (!m_dir.isValid()) {
-        m_error = "no temporary folder: " + m_dir.errorString();
-        return false;
-    }
-    QStringList all = args;
-    all << "--log" << logPath();
+    QStringList all = args + QStringList{"--log", logPath()};
     if (!args.contains("--exit-after-idle"))
         all << "--exit-after-idle"
             << "120000";
@@ -79,23 +74,18 @@ void VControlProcess::refresh() {
     m_partial.remove(0, start);
 }
 
+// "<us> RX <hex>", "<us> TX <hex>" or "<us> EV <word> <text>"
 void VControlProcess::parseLine(const QByteArray &line) {
-    qsizetype s1 = line.indexOf(' ');
-    if (s1 < 0)
-        return;
-    qsizetype s2 = line.indexOf(' ', s1 + 1);
-    qint64 us = line.left(s1).toLongLong();
-    QByteArray kind = line.mid(s1 + 1, s2 < 0 ? -1 : s2 - s1 - 1);
-    QByteArray rest = s2 < 0 ? QByteArray() : line.mid(s2 + 1);
+    const qsizetype space = line.indexOf(' ');
+    const qint64 us = line.left(space).toLongLong();
+    const QByteArray kind = line.mid(space + 1, 2), rest = line.mid(space + 4);
     if (kind == "RX" || kind == "TX") {
-        QByteArray bytes = QByteArray::fromHex(rest);
-        bool rx = kind == "RX";
-        (rx ? m_rx : m_tx) += bytes;
-        m_chunks.append({us, rx, bytes});
+        const QByteArray bytes = QByteArray::fromHex(rest);
+        (kind == "RX" ? m_rx : m_tx) += bytes;
+        m_chunks.append({us, kind == "RX", bytes});
     } else if (kind == "EV") {
-        qsizetype sp = rest.indexOf(' ');
-        m_events.append({us, QString::fromUtf8(sp < 0 ? rest : rest.left(sp)),
-                         sp < 0 ? QString() : QString::fromUtf8(rest.mid(sp + 1))});
+        const QString event = QString::fromUtf8(rest);
+        m_events.append({us, event.section(' ', 0, 0), event.section(' ', 1)});
     }
 }
 
