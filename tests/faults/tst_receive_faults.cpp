@@ -1,7 +1,5 @@
 // Faults that hit a reception and its save, through the real port on a pseudo-terminal against
-// the virtual control: the far end gone mid-program, a silent or stalled control, the window
-// closed in each wait, a 10 MB line, every byte value, and a save folder that is read-only,
-// full, or holds a FIFO. Each case checks what the control was sent, the one message, what the
+// the virtual control. Each case checks what the control was sent, the one message, what the
 // file holds byte for byte (an old file intact when the save fails), and the end state.
 
 #include "fault_support.h"
