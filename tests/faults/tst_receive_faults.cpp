@@ -3,6 +3,7 @@
 // file holds byte for byte (an old file intact when the save fails), and the end state.
 
 #include "fault_support.h"
+#include "profile.h"
 #include "real_link.h"
 #include "transfer.h"
 
@@ -117,6 +118,9 @@ private slots:
             QCOMPARE(folder.entryList(QDir::AllEntries | QDir::Hidden), before);
             QCOMPARE(r.screen.text1.toLatin1(), B(program).replace("\r", "\r\n"));
         }
+        // The folder is remembered also when the save fails.
+        QCOMPARE(GetProfile(r.g, r.g.ConfigSection, QStringLiteral("CNCDir")),
+                 came ? folder.path() : QString());
         QCOMPARE(takeBoxes(r.screen, told), QString());
         QCOMPARE(leftOver(r), QString());
         QVERIFY(!r.screen.list1Visible);
