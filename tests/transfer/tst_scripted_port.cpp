@@ -1,5 +1,7 @@
-// Transfers over the scripted port and clock, read by read: the waits, the lines as read from
-// the file, every way through SendData and ReceiveFile, and the files chosen and saved.
+// Transfers over the scripted port and clock, read by read: the waits, the ways a send ends,
+// the file chosen, the silence that ends a reception. The line reader and the reply loops on
+// any bytes are checked by the fuzz targets (fuzz/), the transfers through the real port by
+// tests/faults.
 #include "chunk_script.h"
 #include "files.h"
 #include "profile.h"
