@@ -18,17 +18,12 @@ QString systemText() {
     return QString::fromLocal8Bit(std::strerror(errno));
 }
 
-// Why no device can be hung up here (it takes CAP_SYS_ADMIN); empty when it can.
-QString hangUpUnavailable() {
+// Hanging up a terminal (TIOCVHANGUP) takes CAP_SYS_ADMIN, bit 21 of the effective set.
+bool canHangUp() {
     QFile status(QStringLiteral("/proc/self/status"));
-    if (status.open(QIODevice::ReadOnly)) {
-        for (const QByteArray &line : status.readAll().split('\n')) {
-            if (line.startsWith("CapEff:") &&
-                (line.mid(7).trimmed().toULongLong(nullptr, 16) & (quint64(1) << 21)))
-                return QString();
-        }
-    }
-    return QStringLiteral("hanging up a terminal (TIOCVHANGUP) needs CAP_SYS_ADMIN: run as root");
+    const QByteArray text = status.open(QIODevice::ReadOnly) ? status.readAll() : QByteArray();
+    const qsizetype at = text.indexOf("\nCapEff:");
+    return at >= 0 && (text.mid(at + 8, 18).trimmed().toULongLong(nullptr, 16) >> 21 & 1);
 }
 
 // The device behind `path` hung up as a USB serial adapter is when it is pulled out: every
@@ -43,6 +38,18 @@ QString hangUp(const QString &path) {
     const QString why = done ? QString() : QStringLiteral("TIOCVHANGUP: %1").arg(systemText());
     ::close(fd);
     return why;
+}
+
+// Characters that have reached the device and that the program has not taken yet; -1 when it
+// cannot be asked.
+int waitingAt(const QString &device) {
+    const int fd = ::open(QFile::encodeName(device).constData(), O_RDONLY | O_NOCTTY | O_NONBLOCK);
+    int n = -1;
+    if (fd >= 0 && ::ioctl(fd, FIONREAD, &n) != 0)
+        n = -1;
+    if (fd >= 0)
+        ::close(fd);
+    return n;
 }
 
 } // namespace
@@ -80,16 +87,6 @@ bool SmallDisk::remountReadOnly() {
                    MS_REMOUNT | MS_RDONLY, nullptr) == 0;
 }
 
-int waitingAt(const QString &device) {
-    const int fd = ::open(QFile::encodeName(device).constData(), O_RDONLY | O_NOCTTY | O_NONBLOCK);
-    int n = -1;
-    if (fd >= 0 && ::ioctl(fd, FIONREAD, &n) != 0)
-        n = -1;
-    if (fd >= 0)
-        ::close(fd);
-    return n;
-}
-
 int openDescriptors(const QString &path) {
     const QString target = QFileInfo(path).canonicalFilePath();
     int n = 0;
@@ -116,8 +113,8 @@ QString armFault(Trigger &trigger, const QString &fault, VControlProcess &vc, co
     const QString what = fault.section(u' ', 0, 0), moment = fault.section(u' ', 2, 2).remove(u',');
     if (fault.section(u' ', 1, 1) != u"at")
         return QString();
-    if (what == u"pull" && !hangUpUnavailable().isEmpty())
-        return hangUpUnavailable();
+    if (what == u"pull" && !canHangUp())
+        return QStringLiteral("hanging up a terminal (TIOCVHANGUP) needs CAP_SYS_ADMIN");
     const auto when = [=, &vc] {
         if (moment == u"list")
             return listShown();

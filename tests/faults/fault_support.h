@@ -1,7 +1,6 @@
 #pragma once
-// What the fault tests share: a small file system of their own (read-only or full), a USB
-// adapter pulled out, the fault a table row names, the checks every case ends with, and one line
-// per case for the fault report.
+// What the fault tables share: a small disk of their own, a USB adapter pulled out, the fault a
+// row names, the checks every case ends with, and one line per case for the fault report.
 
 #include "fake_link.h"
 #include "files.h"
@@ -12,10 +11,10 @@
 #include <QTimer>
 #include <functional>
 
-// A tmpfs mounted on a temporary folder for the length of a test; mounting needs root.
+// A tmpfs (`options` as for mount(8)) on a temporary folder for the length of a test; mounting
+// needs root.
 class SmallDisk {
 public:
-    // `options` as for mount(8), e.g. "size=64k".
     explicit SmallDisk(const QByteArray &options);
     ~SmallDisk();
     SmallDisk(const SmallDisk &) = delete;
@@ -24,8 +23,7 @@ public:
     bool mounted() const { return m_mounted; }
     QString whyNot() const { return m_why; } // printed when a test is skipped
     QString filePath(const QString &name) const { return m_dir.filePath(name); }
-    // Fills what is left with one file, so that the next write finds no space.
-    bool fill();
+    bool fill(); // so that the next write finds no space
     bool remountReadOnly();
 
 private:
@@ -33,10 +31,6 @@ private:
     bool m_mounted = false;
     QString m_why;
 };
-
-// Characters that have reached the device and that the program has not taken yet; -1 when it
-// cannot be asked.
-int waitingAt(const QString &device);
 
 // How many of this process's descriptors are open on `path`: 0 once a file is closed.
 int openDescriptors(const QString &path);
@@ -60,14 +54,12 @@ QString armFault(Trigger &trigger, const QString &fault, VControlProcess &vc, co
                  std::function<void()> close, std::function<bool()> listShown = {},
                  std::function<void()> then = {});
 
-// Every byte value in order, as one file: bytes 0 to 255.
-QByteArray everyByte();
+QByteArray everyByte(); // bytes 0 to 255 in order
 
 // Takes the boxes shown; empty when they are the one a case expects: none when `told` is empty,
 // else one with `icon` that says `told`.
 QString takeBoxes(RecordingScreen &screen, const QString &told, BoxIcon icon = BoxIcon::Critical);
 
-// Milliseconds `act` took.
 qint64 msTaken(const std::function<void()> &act);
 
 // Bytes of `expected` that did not arrive where they belong.

@@ -1,10 +1,9 @@
 // Faults that hit a reception and its save, through the real port on a pseudo-terminal against
-// the virtual control: the far end gone mid-program, a silent or stalled control, the window
-// closed in each wait, a 10 MB line, every byte value, and a save folder that is read-only,
-// full, or holds a FIFO. Each case checks what the control was sent, the one message, what the
+// the virtual control. Each case checks what the control was sent, the one message, what the
 // file holds byte for byte (an old file intact when the save fails), and the end state.
 
 #include "fault_support.h"
+#include "profile.h"
 #include "real_link.h"
 #include "transfer.h"
 
@@ -119,6 +118,9 @@ private slots:
             QCOMPARE(folder.entryList(QDir::AllEntries | QDir::Hidden), before);
             QCOMPARE(r.screen.text1.toLatin1(), B(program).replace("\r", "\r\n"));
         }
+        // The folder is remembered also when the save fails.
+        QCOMPARE(GetProfile(r.g, r.g.ConfigSection, QStringLiteral("CNCDir")),
+                 came ? folder.path() : QString());
         QCOMPARE(takeBoxes(r.screen, told), QString());
         QCOMPARE(leftOver(r), QString());
         QVERIFY(!r.screen.list1Visible);
