@@ -1,6 +1,6 @@
-// The window with a tool database that cannot be used, at start-up or later. What may pass by
-// itself (a lock, a server away or refusing the login) leaves counting on and the grid off until
-// a send reaches the database; what needs mending turns both off until the program starts again.
+// The window with a tool database that cannot be used at start-up. What may pass by itself (a
+// lock, a server refusing the login) leaves counting on and the grid off until a send reaches
+// the database; what needs mending turns both off until the program starts again.
 
 #include "rows.h"
 #include "tool_db_fixture.h"
@@ -54,8 +54,6 @@ private slots:
             engineRow(name, only, QString(fault), QString(told), passing);
         };
         row("missing", SqliteOnly, "missing", "does not exist", false);
-        row("text file", SqliteOnly, "text", "not a usable SQLite database", false);
-        row("no table", BothEngines, "DROP TABLE tool_list", "no table", false);
         row("field lacking", BothEngines, "ALTER TABLE tool_list DROP COLUMN Date",
             "lacks the field(s) date", false);
         row("locked by another writer", SqliteOnly, "BEGIN EXCLUSIVE", "busy", true);
@@ -71,8 +69,8 @@ private slots:
         Station s(db);
         QVERIFY(!fault.contains(u' ') || db.exec(fault));
         QString name = db.path();
-        if (!db.postgres() && (fault == "missing" || fault == "text"))
-            name = db.folder() + (fault == "missing" ? "/none.db" : "/P.tap");
+        if (fault == "missing")
+            name = db.folder() + "/none.db";
         if (fault == "password") {
             QUrl url(name);
             url.setPassword(QStringLiteral("secret"));
@@ -101,35 +99,6 @@ private slots:
         }
         QVERIFY(passing || !s.w->DBGrid1);
         QVERIFY(!QFile::exists(db.folder() + "/none.db")); // nothing made
-    }
-
-    // The server goes away while the window runs: the send that finds it gone says so, and so
-    // does the grid, which hides. Once the server is back, the next send counts and the grid
-    // shows the shop's counts again, with no further message.
-    void serverGoneBetweenSends() {
-        if (!testEngines().contains(ToolDbEngine::Postgres))
-            QSKIP("PostgreSQL is not in this run (DNC_TOOL_ENGINES)");
-        REQUIRE_TOOL_DB(ToolDbEngine::Postgres);
-        ToolDbFixture db(ToolDbEngine::Postgres);
-        Station s(db);
-        s.open("-b -d " + db.path());
-        s.send();
-        QCOMPARE(s.during + '|' + s.gridRow(0), "|drill:1"); // hidden while the send ran
-        {
-            PgServerStopped down;
-            QVERIFY(down.stopped);
-            s.send(2); // the count's box, then the grid's
-            QCOMPARE(s.boxes.size(), 2);
-            QVERIFY2(s.boxes[0].contains("cannot be opened") &&
-                         s.boxes[1].contains("every send tries again"),
-                     qPrintable(s.boxes.join(u'|')));
-            QCOMPARE(s.gridRow(0), QString());
-            QVERIFY(down.start());
-        }
-        QVERIFY(db.connection().reopen());
-        QVERIFY(db.exec("INSERT INTO tool_list (tool, util, Date) VALUES ('mill', 7, now())"));
-        s.send();
-        QCOMPARE(s.gridRow(0) + ' ' + s.gridRow(1), "mill:7 drill:2");
     }
 };
 
