@@ -11,31 +11,21 @@
 #include <QtTest>
 #include <optional>
 
-// The engines a run covers: DNC_TOOL_ENGINES ("sqlite", "postgres", or both, separated by
-// commas), both when unset. CTest runs each engine as a test of its own.
-inline QList<ToolDbEngine> testEngines() {
-    const QString wanted = qEnvironmentVariable("DNC_TOOL_ENGINES", "sqlite,postgres");
-    QList<ToolDbEngine> engines;
-    if (wanted.contains(QLatin1String("sqlite")))
-        engines << ToolDbEngine::Sqlite;
-    if (wanted.contains(QLatin1String("postgres")))
-        engines << ToolDbEngine::Postgres;
-    return engines;
-}
-
 constexpr std::optional<ToolDbEngine> BothEngines;
 constexpr std::optional<ToolDbEngine> SqliteOnly = ToolDbEngine::Sqlite;
 constexpr std::optional<ToolDbEngine> PostgresOnly = ToolDbEngine::Postgres;
 
-// One data row per engine of the run, the engine first; `only` keeps a row to one engine.
+// One data row per engine of the run, the engine first; `only` keeps a row to one engine. The
+// engines a run covers are in DNC_TOOL_ENGINES ("sqlite", "postgres", or both, separated by
+// commas), both when unset: CTest runs each engine as a test of its own.
 template <class... Values>
 void engineRow(const char *name, std::optional<ToolDbEngine> only, const Values &...values) {
-    for (const ToolDbEngine engine : testEngines())
-        if (!only || *only == engine)
-            ((QTest::newRow(qPrintable(
-                  (engine == ToolDbEngine::Postgres ? "postgres: " : "sqlite: ") + QString(name)))
-              << engine)
-             << ... << values);
+    const QString wanted = qEnvironmentVariable("DNC_TOOL_ENGINES", "sqlite,postgres");
+    for (const ToolDbEngine engine : {ToolDbEngine::Sqlite, ToolDbEngine::Postgres}) {
+        const QString word = engine == ToolDbEngine::Postgres ? "postgres" : "sqlite";
+        if (wanted.contains(word) && (!only || *only == engine))
+            ((QTest::newRow(qPrintable(word + ": " + name)) << engine) << ... << values);
+    }
 }
 
 // A PostgreSQL case needs the test server: skipped without one, with the reason, except where
@@ -48,19 +38,6 @@ void engineRow(const char *name, std::optional<ToolDbEngine> only, const Values 
             QSKIP("no PostgreSQL test server (DNC_PG_URI unset); ./scripts/test starts one");      \
         }                                                                                          \
     } while (false)
-
-// Stops the test server, or starts it again, through the script that made it.
-inline bool pgServer(const char *verb) {
-    return QProcess::execute(QStringLiteral("bash"),
-                             {qEnvironmentVariable("DNC_PG_CTL"), QString::fromLatin1(verb)}) == 0;
-}
-
-// The server is stopped while this lives and started again when it ends, whatever happened.
-struct PgServerStopped {
-    bool stopped = pgServer("stop");
-    ~PgServerStopped() { start(); }
-    bool start() { return !std::exchange(stopped, false) || pgServer("start"); }
-};
 
 class ToolDbFixture {
 public:
@@ -88,7 +65,6 @@ public:
                           : m_dir.filePath(QStringLiteral("tools.db"));
     }
     QString folder() const { return m_dir.path(); }
-    ToolDbConnection &connection() { return *m_db; }
 
     // Runs one statement ("{key}" stands for the row key); `rows`, when given, gets each row
     // of its result as fields joined by ':'.

@@ -52,28 +52,23 @@ private slots:
         QTest::addColumn<bool>("fails");
         QTest::addColumn<QStringList>("limits");
 
-        scan("blanks around, upper case", "   /T12 Drill   \r", {"drill"});
-        scan("blank after slash", "/ t12 drill\r", {"drill"});
-        scan("inner blanks kept", "/t12 big  drill\r", {"big  drill"});
-        scan("number 0", "/t0 drill\r", {});
-        scan("no slash", "t12 drill\r", {});
+        scan("blanks around and after the slash, inside kept",
+             "   /T12 Drill   \r/ t12 big  drill\r", {"drill", "big  drill"});
+        scan("number 0, no slash", "/t0 drill\rt12 drill\r", {});
         scan("no name", "/t12\r", {}, true);
         scan("limit leaves trailing blank", "/t12 drill (new)\r", {"drill "}, false, {"("});
-        scan("limits in listed order", "/t1 a(b-c\r", {"a(b"}, false, {"-", "("});
-        scan("capital limit never matches", "/t1 Drill\r", {"drill"}, false, {"D"});
+        scan("limits in listed order, a capital never matches", "/t1 a(b-c\r/t2 Drill\r",
+             {"a(b", "drill"}, false, {"-", "(", "D"});
         scan("limit at start leaves empty name", "/t1 drill\r", {""}, false, {"dr"});
 
         scan("percent inside a line ends the head", "/t1 a\r/t2 b%c\r/t3 c\r", {"a"});
         scan("half to even", "/t0.5 a\r/t0.6 b\r/t1.5 c\r/t2.5 d\r", {"b", "c", "d"});
         scan("16 bits: 32767 fits, 32768 stops", "/t32767 a\r/t32768 b\r/t2 c\r", {"a"}, true);
         scan("16 bits: -40000 stops", "/t-40000 b\r", {}, true);
-        scan("latin-1 byte lowered", "/T1 \xC9X\r", {QString::fromLatin1("\xE9x")});
-        scan("tab ahead of the line or the t, after the name", "\t/t1 a\r/\tt1 b\r/t1 c\t\r",
-             {"c\t"});
-        scan("tab before name is no blank", "/t1\tdrill\r", {}, true);
+        // A tab is no blank: ahead of the line or the t, after the name, before the name.
+        scan("tabs", "\t/t1 a\r/\tt1 b\r/t1 c\t\r/t1\tdrill\r", {"c\t"}, true);
 
-        scan("CR LF", "/t1 a\r\n/t2 b\r\n", {"a", "b"});
-        scan("last line without end", "/t1 a\r/t2 b", {"a", "b"});
+        scan("CR LF, last line without end", "/t1 a\r\n/t2 b", {"a", "b"});
         scan("lone LF stays inside", "/t1 a\n/t2 b\r", {"a\n/t2 b"});
         scan("CR CR LF, CR LF LF", "/t1 a\r\r\n/t2 b\r\n\n/t3 c\r", {"a", "b"});
     }
@@ -260,13 +255,11 @@ private slots:
         QFETCH(ToolDbEngine, engine);
         REQUIRE_TOOL_DB(engine);
         Sender s{engine};
-        QStringList values;
         QVariantList binds;
-        for (int i = 0; i < 600; ++i) {
-            values << QStringLiteral("(?, 2, ?)");
+        for (int i = 0; i < 600; ++i)
             binds << QString::number(i) << Old;
-        }
-        QVERIFY(s.db.exec("INSERT INTO tool_list (tool, util, Date) VALUES " + values.join(',') +
+        QVERIFY(s.db.exec("INSERT INTO tool_list (tool, util, Date) VALUES " +
+                              QStringList(600, QStringLiteral("(?, 2, ?)")).join(',') +
                               ", ('a', 3, ?), ('b', 4, ?)",
                           binds << Old << Old));
         ToolGrid grid(s.db.path());
@@ -275,16 +268,13 @@ private slots:
         const auto top = [&] {
             return model.index(0, 0).data().toString() + model.index(1, 0).data().toString();
         };
-        QCOMPARE(model.columnCount(), 3);
         QCOMPARE(top(), QStringLiteral("ba"));
-        QCOMPARE(model.index(0, 2).data().toString(), Old); // as the table holds it
 
         s.send("/t1 a\r/t1 a\r/t1 new\r"); // with no box
         QVERIFY(grid.refresh());
         QCOMPARE(model.rowCount(), 603);
         QCOMPARE(top(), QStringLiteral("ab"));
 
-        QVERIFY(model.flags(model.index(0, 0)) & Qt::ItemIsEditable);
         QVERIFY(model.setData(model.index(1, 1), "42")); // read anew: "b" leads
         QVERIFY(model.setData(model.index(1, 0), "c"));
         QVERIFY(!model.setData(model.index(1, 1), 40000)); // util is a 16-bit integer
