@@ -6,7 +6,6 @@
 
 #include <QStringList>
 #include <QTest>
-#include <deque>
 #include <functional>
 #include <stdexcept>
 
@@ -35,7 +34,7 @@ private:
 // A wait that never ends would spin forever: after `limit` idle passes it throws.
 class ScriptedYield : public Yield {
 public:
-    std::deque<std::function<void()>> steps;
+    QList<std::function<void()>> steps;
     std::function<void()> idle;
     long idlePasses = 0;
     long limit = 1000000;
@@ -44,15 +43,12 @@ public:
         return *this;
     }
     void DoEvents() override {
-        if (!steps.empty()) {
-            const auto step = std::move(steps.front());
-            steps.pop_front();
-            step();
-        } else if (++idlePasses > limit) {
+        if (!steps.empty())
+            steps.takeFirst()();
+        else if (++idlePasses > limit)
             throw std::runtime_error("a wait did not end: the script ran out");
-        } else if (idle) {
+        else if (idle)
             idle();
-        }
     }
 };
 

@@ -5,21 +5,13 @@
 #include <QFile>
 #include <QThread>
 
-VControlProcess::VControlProcess() {
-    m_process.setProcessChannelMode(QProcess::SeparateChannels);
-}
-
 bool VControlProcess::start(const QStringList &args, int timeoutMs) {
     const QString program = qEnvironmentVariable("DNC_VCONTROL");
     if (program.isEmpty()) {
         m_error = "DNC_VCONTROL is not set";
         return false;
     }
-    QStringList all = args + QStringList{"--log", logPath()};
-    if (!args.contains("--exit-after-idle"))
-        all << "--exit-after-idle"
-            << "120000";
-    m_process.start(program, all);
+    m_process.start(program, args + QStringList{"--log", logPath(), "--exit-after-idle", "120000"});
     // Its first line is the device, written once everything is set up.
     QDeadlineTimer deadline(timeoutMs);
     while (!m_process.canReadLine()) {

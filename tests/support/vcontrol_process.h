@@ -12,13 +12,10 @@
 
 class VControlProcess {
 public:
-    VControlProcess();
     ~VControlProcess() { stop(); }
-    VControlProcess(const VControlProcess &) = delete;
-    VControlProcess &operator=(const VControlProcess &) = delete;
 
-    // Starts the control with `args`; adds --log (in a temporary folder) and, unless given, an idle
-    // exit so that a crashed test leaves nothing behind. Returns once the control is ready.
+    // Starts the control with `args`, a log in a temporary folder and an idle exit, so that a
+    // crashed test leaves nothing behind. Returns once the control is ready.
     bool start(const QStringList &args, int timeoutMs = 5000);
     QString device() const { return m_device; } // the slave side of the pseudo-terminal
     QString errorString() const { return m_error; }
