@@ -33,14 +33,11 @@ public:
     // The far end reacts to a write (e.g. answers a line).
     std::function<void(const QByteArray &)> onOutput;
 
-    // Set once the device has failed: from then on each member that can fail throws it.
+    // The device fails at the `faultAt`-th call (from 1) of the members that can fail, or at
+    // the first of the one named in `faultIn`: from then on those throw `deviceError`. Closing
+    // still works, as it does on a dead port.
     std::optional<CommError> deviceError;
-
-    // A fault at a chosen step: the `faultAt`-th call (from 1) of the members that can fail
-    // (setSettings, opening, output, outBufferCount, inBufferCount, input), or the first call
-    // of the member named in `faultIn` ("open" for opening). From then on the device is gone:
-    // those members throw `fault`. Closing still works, as it does on a dead port.
-    int calls = 0; // calls of the members that can fail, so far
+    int calls = 0;
     int faultAt = 0;
     QString faultIn;
     CommError fault{QStringLiteral("COM2: (/dev/ttyS1)"), QStringLiteral("the device is gone")};

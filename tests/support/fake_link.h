@@ -6,7 +6,6 @@
 
 #include <QStringList>
 #include <QTest>
-#include <deque>
 #include <functional>
 #include <stdexcept>
 
@@ -35,7 +34,7 @@ private:
 // A wait that never ends would spin forever: after `limit` idle passes it throws.
 class ScriptedYield : public Yield {
 public:
-    std::deque<std::function<void()>> steps;
+    QList<std::function<void()>> steps;
     std::function<void()> idle;
     long idlePasses = 0;
     long limit = 1000000;
@@ -44,15 +43,12 @@ public:
         return *this;
     }
     void DoEvents() override {
-        if (!steps.empty()) {
-            const auto step = std::move(steps.front());
-            steps.pop_front();
-            step();
-        } else if (++idlePasses > limit) {
+        if (!steps.empty())
+            steps.takeFirst()();
+        else if (++idlePasses > limit)
             throw std::runtime_error("a wait did not end: the script ran out");
-        } else if (idle) {
+        else if (idle)
             idle();
-        }
     }
 };
 
@@ -63,7 +59,6 @@ public:
     struct Box {
         QString text;
         BoxIcon icon = BoxIcon::None;
-        QString title;
     };
     QStringList captions;
     bool label1Visible = false;
@@ -75,9 +70,9 @@ public:
     int pointer = 0;
     QList<int> pointers;
     QList<Box> boxes;
-    std::deque<QString> inputAnswers;
-    std::deque<QString> openAnswers;
-    std::deque<QString> saveAnswers;
+    QStringList inputAnswers; // each dialog takes the first, or its default once spent
+    QStringList openAnswers;
+    QStringList saveAnswers;
     QList<FileDialogRequest> openRequests;
     QList<FileDialogRequest> saveRequests;
     QStringList inputPrompts;
@@ -115,30 +110,20 @@ public:
     QString list1List(int i) const override { return list1.value(i); }
     void repaint() override {}
     void setMousePointer(int p) override { pointers << (pointer = p); }
-    void msgBox(const QString &text, BoxIcon icon, const QString &title) override {
-        boxes << Box{text, icon, title};
+    void msgBox(const QString &text, BoxIcon icon, const QString &) override {
+        boxes << Box{text, icon};
     }
     QString inputBox(const QString &prompt, const QString &, const QString &def) override {
         inputPrompts << prompt;
-        return next(inputAnswers, def);
+        return inputAnswers.isEmpty() ? def : inputAnswers.takeFirst();
     }
     QString showOpen(const FileDialogRequest &r) override {
         openRequests << r;
-        return next(openAnswers);
+        return openAnswers.isEmpty() ? QString() : openAnswers.takeFirst();
     }
     QString showSave(const FileDialogRequest &r) override {
         saveRequests << r;
-        return next(saveAnswers);
-    }
-
-private:
-    // The next scripted answer, or `otherwise` once they are spent.
-    static QString next(std::deque<QString> &answers, const QString &otherwise = QString()) {
-        if (answers.empty())
-            return otherwise;
-        const QString a = answers.front();
-        answers.pop_front();
-        return a;
+        return saveAnswers.isEmpty() ? QString() : saveAnswers.takeFirst();
     }
 };
 

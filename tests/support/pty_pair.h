@@ -14,8 +14,7 @@ public:
     PtyPair(const PtyPair &) = delete;
     PtyPair &operator=(const PtyPair &) = delete;
 
-    bool isOpen() const { return m_master >= 0; }
-    QString error() const { return m_error; } // why the pair could not be made
+    bool isOpen() const { return m_slave >= 0; }
     QString slavePath() const { return m_slavePath; }
 
     // Writes all of it to the slave's input.
@@ -31,10 +30,7 @@ public:
     void setSlaveOutputStopped(bool stopped);
 
 private:
-    void closeMaster();
-
     int m_master = -1;
     int m_slave = -1;
     QString m_slavePath;
-    QString m_error;
 };

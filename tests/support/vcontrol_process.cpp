@@ -5,42 +5,20 @@
 #include <QFile>
 #include <QThread>
 
-VControlProcess::VControlProcess() {
-    m_process.setProcessChannelMode(QProcess::SeparateChannels);
-}
-
-VControlProcess::~VControlProcess() {
-    stop();
-}
-
-QString VControlProcess::program() {
-    return qEnvironmentVariable("DNC_VCONTROL");
-}
-
 bool VControlProcess::start(const QStringList &args, int timeoutMs) {
-    if (program().isEmpty()) {
+    const QString program = qEnvironmentVariable("DNC_VCONTROL");
+    if (program.isEmpty()) {
         m_error = "DNC_VCONTROL is not set";
         return false;
     }
-    QStringList all = args + QStringList{"--log", logPath()};
-    if (!args.contains("--exit-after-idle"))
-        all << "--exit-after-idle"
-            << "120000";
-    m_process.start(program(), all);
-    if (!m_process.waitForStarted(timeoutMs)) {
-        m_error = program() + ": " + m_process.errorString();
-        return false;
-    }
+    m_process.start(program, args + QStringList{"--log", logPath(), "--exit-after-idle", "120000"});
     // Its first line is the device, written once everything is set up.
     QDeadlineTimer deadline(timeoutMs);
     while (!m_process.canReadLine()) {
-        if (m_process.state() == QProcess::NotRunning || deadline.hasExpired() ||
-            !m_process.waitForReadyRead(int(deadline.remainingTime()))) {
-            if (m_process.state() != QProcess::NotRunning)
-                m_process.kill();
-            m_process.waitForFinished(1000);
-            m_error = "vcontrol did not start: " +
+        if (!m_process.waitForReadyRead(int(deadline.remainingTime()))) {
+            m_error = program + " did not start: " + m_process.errorString() + " " +
                       QString::fromLocal8Bit(m_process.readAllStandardError());
+            stop();
             return false;
         }
     }
@@ -59,41 +37,31 @@ bool VControlProcess::stop(int timeoutMs) {
     return false;
 }
 
+// Lines "<us> RX <hex>", "<us> TX <hex>" or "<us> EV <word> <text>".
 void VControlProcess::refresh() {
     QFile f(logPath());
-    if (!f.open(QIODevice::ReadOnly) || f.size() <= m_logPos)
+    if (!f.open(QIODevice::ReadOnly) || !f.seek(m_logPos))
         return;
-    f.seek(m_logPos);
-    QByteArray data = f.readAll();
-    m_logPos += data.size();
-    m_partial += data;
+    m_partial += f.readAll();
+    m_logPos = f.pos();
     // Only whole lines: the control may be writing the next one right now.
-    qsizetype start = 0;
-    for (qsizetype nl; (nl = m_partial.indexOf('\n', start)) >= 0; start = nl + 1)
-        parseLine(m_partial.mid(start, nl - start));
-    m_partial.remove(0, start);
-}
-
-// "<us> RX <hex>", "<us> TX <hex>" or "<us> EV <word> <text>"
-void VControlProcess::parseLine(const QByteArray &line) {
-    const qsizetype space = line.indexOf(' ');
-    const qint64 us = line.left(space).toLongLong();
-    const QByteArray kind = line.mid(space + 1, 2), rest = line.mid(space + 4);
-    if (kind == "RX" || kind == "TX") {
-        const QByteArray bytes = QByteArray::fromHex(rest);
-        (kind == "RX" ? m_rx : m_tx) += bytes;
-        m_chunks.append({us, kind == "RX", bytes});
-    } else if (kind == "EV") {
+    for (qsizetype nl; (nl = m_partial.indexOf('\n')) >= 0; m_partial.remove(0, nl + 1)) {
+        const QByteArray line = m_partial.left(nl);
+        const qsizetype space = line.indexOf(' ');
+        const QByteArray kind = line.mid(space + 1, 2), rest = line.mid(space + 4);
         const QString event = QString::fromUtf8(rest);
-        m_events.append({us, event.section(' ', 0, 0), event.section(' ', 1)});
+        if (kind == "RX" || kind == "TX")
+            (kind == "RX" ? m_rx : m_tx) += QByteArray::fromHex(rest);
+        else if (kind == "EV")
+            m_events.append({event.section(' ', 0, 0), event.section(' ', 1)});
     }
 }
 
 QStringList VControlProcess::eventTexts(const QString &word) const {
     QStringList out;
-    for (const Event &e : m_events)
-        if (e.word == word)
-            out.append(e.text);
+    for (const auto &[w, text] : m_events)
+        if (w == word)
+            out.append(text);
     return out;
 }
 
@@ -105,16 +73,14 @@ QByteArray VControlProcess::rxSettled(qsizetype expected) {
 
 bool VControlProcess::waitUntil(const std::function<bool()> &cond, int timeoutMs) {
     QDeadlineTimer deadline(timeoutMs);
-    for (;;) {
-        refresh();
-        if (cond())
-            return true;
+    for (refresh(); !cond(); refresh()) {
         if (deadline.hasExpired())
             return false;
         if (QCoreApplication::instance())
             QCoreApplication::processEvents();
         QThread::msleep(2);
     }
+    return true;
 }
 
 bool VControlProcess::waitForEvent(const QString &word, int count, int timeoutMs) {

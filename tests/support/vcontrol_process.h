@@ -1,37 +1,21 @@
 #pragma once
 // Runs the virtual control (tools/vcontrol, path in $DNC_VCONTROL) for a test, and reads its
-// wire log: the bytes each way, chunk by chunk with their times, and the control's events.
+// wire log: the bytes each way and the control's events.
 
 #include <QByteArray>
-#include <QList>
 #include <QProcess>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
 #include <functional>
+#include <utility>
 
 class VControlProcess {
 public:
-    struct Chunk {
-        qint64 us;        // microseconds since the control started
-        bool rx;          // true: from the program to the control
-        QByteArray bytes; // one read or one write of the control
-    };
-    struct Event {
-        qint64 us;
-        QString word; // START, CMD, STORED, DELETED, MISSING, XOFF, XON, OVERRUN, CRASH, ...
-        QString text; // the rest of the line, e.g. "14 PROG1.NC" for STORED
-    };
+    ~VControlProcess() { stop(); }
 
-    VControlProcess();
-    ~VControlProcess(); // stops the control if it still runs
-    VControlProcess(const VControlProcess &) = delete;
-    VControlProcess &operator=(const VControlProcess &) = delete;
-
-    static QString program(); // $DNC_VCONTROL
-
-    // Starts the control with `args`; adds --log (in a temporary folder) and, unless given, an idle
-    // exit so that a crashed test leaves nothing behind. Returns once the control is ready.
+    // Starts the control with `args`, a log in a temporary folder and an idle exit, so that a
+    // crashed test leaves nothing behind. Returns once the control is ready.
     bool start(const QStringList &args, int timeoutMs = 5000);
     QString device() const { return m_device; } // the slave side of the pseudo-terminal
     QString errorString() const { return m_error; }
@@ -40,10 +24,9 @@ public:
 
     // Reads what the log has gained; the accessors below show what was read so far.
     void refresh();
-    const QByteArray &rx() const { return m_rx; }
+    const QByteArray &rx() const { return m_rx; } // from the program to the control
     const QByteArray &tx() const { return m_tx; }
-    const QList<Chunk> &chunks() const { return m_chunks; }
-    const QList<Event> &events() const { return m_events; }
+    // The rest of the line of each event `word` (START, STORED, XOFF, OVERRUN, EXIT...).
     QStringList eventTexts(const QString &word) const;
     // Everything the control read, once it has read `expected` bytes (or 3 s have passed) and
     // a moment more: the control logs a read a little after the port has closed.
@@ -55,7 +38,6 @@ public:
 
 private:
     QString logPath() const { return m_dir.filePath("wire.log"); }
-    void parseLine(const QByteArray &line);
 
     QTemporaryDir m_dir;
     QProcess m_process;
@@ -65,6 +47,5 @@ private:
     QByteArray m_partial;
     QByteArray m_rx;
     QByteArray m_tx;
-    QList<Chunk> m_chunks;
-    QList<Event> m_events;
+    QList<std::pair<QString, QString>> m_events; // word, text
 };

@@ -1,5 +1,5 @@
 // What the program's tests and benchmarks take on trust from the virtual control: X-on/X-off
-// pacing at the machine's rate with every overrun counted, and a line's speed.
+// pacing at the machine's rate with every overrun counted, and answers at the line's speed.
 #include "files.h"
 #include "vcontrol_process.h"
 #include "wire_chars.h"
@@ -49,6 +49,8 @@ private slots:
         QByteArray program;
         for (int i = 1000; i < 1100; ++i)
             program += "N" + QByteArray::number(i) + " G1 X12.345 Y67.890\r"; // 24 a line
+        QElapsedTimer clock;
+        clock.start();
         if (!obey)
             QVERIFY(line.send(program));
         bool held = false;
@@ -71,51 +73,8 @@ private slots:
         QVERIFY(!obey || (stored == program && !vc.eventTexts("XOFF").isEmpty() &&
                           vc.eventTexts("XON").size() == vc.eventTexts("XOFF").size()));
         // The machine cannot have taken it faster than 4000 characters a second.
-        QVERIFY(vc.events().last().us - vc.chunks().first().us >= stored.size() * 225);
-    }
-
-    // At a line's speed the control takes one character per character time, however fast they
-    // were written, and counts as after the X-off what the line brought after it went out.
-    void lineSpeed() {
-        VControlProcess vc;
-        QVERIFY2(vc.start({"--type", "XonXoff", "--buffer", "4096", "--xoff-at", "1000", "--xon-at",
-                           "100", "--rate", "1", "--baud", "19200"}),
-                 qPrintable(vc.errorString()));
-        Line line(vc.device());
-        QVERIFY(line.send(QByteArray(1500, 'N')));
-        QVERIFY(line.read(3000).contains(WireChar::XOFF));
-        // 1000 characters at 1920 a second, from the control's first read on.
-        QVERIFY(vc.waitForEvent("XOFF"));
-        const auto xoff = std::find_if(vc.events().begin(), vc.events().end(),
-                                       [](const auto &e) { return e.word == "XOFF"; });
-        const qint64 us = xoff->us - vc.chunks().first().us;
-        QVERIFY2(us >= 520000, qPrintable(QString::number(us)));
-        QThread::msleep(600); // the other 500 need 260 ms
-        QVERIFY(vc.stop());
-        vc.refresh();
-        // Those still on the line when the X-off went out; a control that was late to look
-        // has let a few arrive before it.
-        const QString exit = vc.eventTexts("EXIT").value(0);
-        const int after = exit.section(' ', -1).toInt();
-        QVERIFY2(exit.startsWith("overruns 0,") && after > 450 && after <= 500, qPrintable(exit));
-    }
-
-    // What the program wrote after the X-off reached it is counted apart, and what of it came
-    // after the line in progress.
-    void writtenAfterTheXoff() {
-        VControlProcess vc;
-        QVERIFY2(vc.start({"--type", "XonXoff", "--buffer", "4096", "--xoff-at", "100", "--xon-at",
-                           "50", "--rate", "2000"}),
-                 qPrintable(vc.errorString()));
-        Line line(vc.device());
-        const QByteArray l24 = "N1000 G1 X12.345 Y67.89\r";
-        QCOMPARE(l24.size(), 24);
-        QVERIFY(line.send(l24.repeated(5))); // the X-off comes within the fifth line
-        QVERIFY(line.read(3000).contains(WireChar::XOFF));
-        QVERIFY(line.send(l24.repeated(2))); // the rest of a line, and one more
-        QVERIFY(vc.waitForEvent("XON", 1, 3000));
-        QCOMPARE(vc.eventTexts("XON").value(0).section(", ", -2),
-                 QStringLiteral("written after 48, beyond the line 24"));
+        QVERIFY2(clock.elapsed() >= stored.size() * 225 / 1000,
+                 qPrintable(QString::number(clock.elapsed())));
     }
 
     // A go-ahead comes once the line has carried the CR of its line, and then takes its own two
@@ -126,26 +85,17 @@ private slots:
         QVERIFY2(vc.start({"--type", "303", "--baud", QString::number(baud)}),
                  qPrintable(vc.errorString()));
         Line line(vc.device());
-        const QByteArray written = "R\r" + QByteArray(97, 'N') + "\r"; // 100 characters
         QElapsedTimer clock;
         clock.start();
-        QVERIFY(line.send(written));
+        QVERIFY(line.send("R\r" + QByteArray(97, 'N') + "\r")); // 100 characters
         QByteArray got;
         while (got.size() < 4 && clock.elapsed() < 3000)
             got += line.read(3000);
         const qint64 us = clock.nsecsElapsed() / 1000;
-        QCOMPARE(got, QByteArray("\x10"
-                                 "7\x10"
-                                 "7"));
+        QCOMPARE(got, PromptSeq + PromptSeq);
         const qint64 needs = qint64((100 + 2) * 1e7 / baud); // the go-ahead of "R" came meanwhile
         QVERIFY2(us >= needs,
                  qPrintable(QStringLiteral("%1 us, the line needs %2").arg(us).arg(needs)));
-        // The control logs a write just after it: wait for the log to show all four.
-        QVERIFY(vc.waitUntil([&] { return vc.tx().size() == 4; }, 3000));
-        int written1 = 0; // the control's writes of one character each
-        for (const VControlProcess::Chunk &c : vc.chunks())
-            written1 += !c.rx && c.bytes.size() == 1;
-        QCOMPARE(written1, 4);
     }
 };
 
