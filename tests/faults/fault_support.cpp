@@ -108,8 +108,7 @@ void Trigger::onceWhen(std::function<bool()> when, std::function<void()> act) {
 }
 
 QString armFault(Trigger &trigger, const QString &fault, VControlProcess &vc, const QString &link,
-                 std::function<void()> close, std::function<bool()> listShown,
-                 std::function<void()> then) {
+                 std::function<void()> close, std::function<bool()> listShown) {
     const QString what = fault.section(u' ', 0, 0), moment = fault.section(u' ', 2, 2).remove(u',');
     if (fault.section(u' ', 1, 1) != u"at")
         return QString();
@@ -135,8 +134,6 @@ QString armFault(Trigger &trigger, const QString &fault, VControlProcess &vc, co
         } else {
             close();
         }
-        if (then)
-            then();
     });
     return QString();
 }
@@ -148,15 +145,11 @@ QByteArray everyByte() {
     return all;
 }
 
-QString takeBoxes(RecordingScreen &screen, const QString &told, BoxIcon icon) {
-    const QList<RecordingScreen::Box> boxes = std::exchange(screen.boxes, {});
-    if (boxes.size() != (told.isEmpty() ? 0 : 1))
-        return QStringLiteral("%1 boxes, the first: %2").arg(boxes.size()).arg(boxes.value(0).text);
-    if (!told.isEmpty() && (!boxes[0].text.contains(told) || boxes[0].icon != icon))
-        return QStringLiteral("the box says: %1 (icon %2)")
-            .arg(boxes[0].text)
-            .arg(int(boxes[0].icon));
-    return QString();
+QString takeBox(RecordingScreen &screen, const QString &told, BoxIcon icon) {
+    if (told.isEmpty())
+        return QString();
+    const RecordingScreen::Box box = screen.takeBox();
+    return box.text.contains(told) && box.icon == icon ? QString() : box.text;
 }
 
 qint64 msTaken(const std::function<void()> &act) {
