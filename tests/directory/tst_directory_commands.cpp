@@ -1,6 +1,6 @@
-// The commands on the control's programs over the scripted port: the choice from the window's
-// own list, and the commands a control does not have. The listing's rules, chunk by chunk, are
-// checked by fuzz/fuzz_reply_loops; the listing through the real port in tests/faults.
+// The choice of a program from the window's own list, over the scripted port. The listing's
+// rules, chunk by chunk, are checked by fuzz/fuzz_reply_loops; the listing through the real port
+// in tests/faults.
 #include "chunk_script.h"
 #include "directory.h"
 #include "rows.h"
@@ -10,8 +10,6 @@
 #include <QtWidgets>
 
 using Chunks = QList<QByteArray>;
-using Operation = std::function<void(Link &)>;
-Q_DECLARE_METATYPE(Operation)
 
 class TstDirectoryCommands : public QObject {
     Q_OBJECT
@@ -68,29 +66,6 @@ private slots:
         QVERIFY(f.yield.steps.empty()); // the choice came with the last action, not before
         QCOMPARE(list->count(), listing.size() - 1);
         QVERIFY(!list->isVisible() && !f.comm.open && !hourglassWhileChoosing);
-    }
-
-    // Commands the control type does not have, or that need no type: the port stays shut and
-    // nothing is written, but for the two letters, which go to a control of no known type too.
-    void notForThisControl_data() {
-        QTest::addColumn<Operation>("operation");
-        QTest::addColumn<int>("type");
-        QTest::addColumn<B>("written");
-        row("map, XonXoff", Operation(MapContext), 3, B());
-        row("CC, 504", Operation(ChangeContext), 2, B());
-        row("CC, no type read", Operation(ChangeContext), 0, B("CC"));
-        row("delete, 303", Operation(DeleteContext), 1, B());
-    }
-    void notForThisControl() {
-        QFETCH(Operation, operation);
-        QFETCH(int, type);
-        FakeLink f;
-        f.g.ComSettings = QStringLiteral("COM2:9600,E,7,2");
-        f.g.CncType = qint16(type);
-        operation(f.link);
-        QTEST(f.comm.written(), "written");
-        QCOMPARE(f.comm.opens, f.comm.writes.size());
-        QCOMPARE(leftOver(f), QString());
     }
 };
 

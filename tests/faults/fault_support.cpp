@@ -73,11 +73,7 @@ bool SmallDisk::fill() {
     QFile f(filePath(QStringLiteral(".filler")));
     if (!f.open(QIODevice::WriteOnly))
         return false;
-    const QByteArray block(4096, 'F');
-    while (f.write(block) == block.size() && f.flush()) {
-    }
-    // Whatever part of a block still fits.
-    while (f.write("F", 1) == 1 && f.flush()) {
+    while (f.write("F", 1) == 1 && f.flush()) { // to the last byte that fits
     }
     return true;
 }

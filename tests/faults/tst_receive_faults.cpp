@@ -3,7 +3,6 @@
 // file holds byte for byte (an old file intact when the save fails), and the end state.
 
 #include "fault_support.h"
-#include "profile.h"
 #include "real_link.h"
 #include "transfer.h"
 
@@ -104,9 +103,6 @@ private slots:
             QCOMPARE(folder.entryList(QDir::AllEntries | QDir::Hidden), before);
             QCOMPARE(r.screen.text1.toLatin1(), B(program).replace("\r", "\r\n"));
         }
-        // The folder is remembered also when the save fails.
-        QCOMPARE(GetProfile(r.g, r.g.ConfigSection, QStringLiteral("CNCDir")),
-                 came ? folder.path() : QString());
         QCOMPARE(takeBox(r.screen, told), QString());
         QCOMPARE(leftOver(r), QString());
         QCOMPARE(openDescriptors(target), 0);
