@@ -51,12 +51,8 @@ private slots:
             {'s', [&] { QTest::keyClick(list, Qt::Key_Space); }},
             {'d', [&] { QTest::keyClick(list, Qt::Key_Down); }},
         };
-        bool hourglassWhileChoosing = false;
         for (const char a : actions)
-            f.yield.then([&, a] {
-                hourglassWhileChoosing |= QApplication::overrideCursor() != nullptr;
-                act[a]();
-            });
+            f.yield.then([&, a] { act[a](); });
         f.yield.limit = 100; // a wait that never ends fails instead of hanging
         DeleteContext(link);
 
@@ -65,7 +61,7 @@ private slots:
                  name.isEmpty() ? listed : listed + "DC,/ISO/" + name + "\r" + Go);
         QVERIFY(f.yield.steps.empty()); // the choice came with the last action, not before
         QCOMPARE(list->count(), listing.size() - 1);
-        QVERIFY(!list->isVisible() && !f.comm.open && !hourglassWhileChoosing);
+        QVERIFY(!list->isVisible() && !f.comm.open);
     }
 };
 

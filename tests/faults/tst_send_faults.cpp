@@ -98,6 +98,26 @@ private slots:
                     haltedForGood ? 0 : bytesLost(arrived, got), ms, hungAfter);
     }
 
+    // Not a fault: a send keeps up with the line. A loop that slept between lines, or a drain or
+    // a wait for the answer that ended at some later tick, would take two to three times as long.
+    void lineSpeed() {
+        const int baud = 115200, answer = 2; // characters the control sends back for each line
+        VControlProcess vc;
+        QVERIFY2(vc.start(C303), qPrintable(vc.errorString()));
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("P.tap"));
+        B file;
+        for (int i = 1; i <= 300; ++i)
+            file += "N" + B::number(i) + " G01 X12.345 Y-67.890 F300\r\n";
+        QVERIFY(writeFile(path, file));
+        RealLink r(vc.device(), Cnc303);
+        r.g.ComSettings = QStringLiteral("COM1:%1,N,8,1").arg(baud);
+        const double lineMs = double(file.size() + file.count('\n') * (answer - 1)) * 10000 / baud;
+        const qint64 ms = msTaken([&] { SendData(r.link, path); });
+        QVERIFY2(ms <= 1.5 * lineMs + 300,
+                 qPrintable(QStringLiteral("%1 ms, the line needs %2 ms").arg(ms).arg(lineMs)));
+    }
+
     // The tool scan that runs before a send reads at most one bound's worth of a line: a device
     // picked by mistake is reported, not read into memory. The bound's rule: fuzz/.
     void toolScanOfADevice() {
