@@ -3,6 +3,7 @@
 // clean run counts the port calls of an operation; then the port fails at each in turn.
 #include "chunk_script.h"
 #include "directory.h"
+#include "files.h"
 #include "rows.h"
 #include "transfer.h"
 
@@ -19,10 +20,7 @@ class TstPortFaults : public QObject {
     QString m_program = m_dir.filePath(QStringLiteral("P.tap"));
 
 private slots:
-    void initTestCase() {
-        QFile file(m_program);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(numberedLines(3)) > 0);
-    }
+    void initTestCase() { QVERIFY(writeFile(m_program, numberedLines(3))); }
 
     void eachStep_data() {
         QTest::addColumn<Operation>("operation");

@@ -1,6 +1,5 @@
 // The choice of a program from the window's own list, over the scripted port. The listing's
-// rules, chunk by chunk, are checked by fuzz/fuzz_reply_loops; the listing through the real port
-// in tests/faults.
+// rules: fuzz/fuzz_reply_loops.
 #include "chunk_script.h"
 #include "directory.h"
 #include "rows.h"
@@ -17,8 +16,7 @@ private slots:
     // DeleteContext drives the choice, so the line shows what was chosen.
     void choice_data() {
         QTest::addColumn<Chunks>("listing");
-        // One at each pass of the wait for the choice: f focus, s Space, d Down. The window
-        // closed in the choice: tests/faults.
+        // One at each pass of the wait for the choice: f focus, s Space, d Down.
         QTest::addColumn<B>("actions");
         QTest::addColumn<B>("name"); // empty: no delete command
         const Chunks three{"P1\r", "P2\r", "P 3\r", "\x04"};

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <numeric>
 #include <sys/ioctl.h>
 #include <sys/mount.h>
 #include <unistd.h>
@@ -122,9 +123,8 @@ QString armFault(Trigger &trigger, const QString &fault, VControlProcess &vc, co
 }
 
 QByteArray everyByte() {
-    QByteArray all;
-    for (int c = 0; c < 256; ++c)
-        all += char(c);
+    QByteArray all(256, 0);
+    std::iota(all.begin(), all.end(), 0);
     return all;
 }
 

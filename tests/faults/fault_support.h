@@ -17,8 +17,6 @@ class SmallDisk {
 public:
     explicit SmallDisk(const QByteArray &options);
     ~SmallDisk();
-    SmallDisk(const SmallDisk &) = delete;
-    SmallDisk &operator=(const SmallDisk &) = delete;
 
     bool mounted() const { return m_mounted; }
     QString whyNot() const { return m_why; } // printed when a test is skipped

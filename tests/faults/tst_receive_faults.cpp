@@ -27,15 +27,14 @@ private slots:
         QTest::addColumn<QString>("told");   // words of the one critical box; none if empty
 
         const QStringList quietFrom3 = C303 + QStringList{"--silent-from-line", "3"};
-        const QStringList stall2 = C303 + QStringList{"--stall-mid-line", "2"};
         const B three = numberedLines(3, "\r"), two("L1\r\nL2\r\n\r\n"), half("L1\r\nL\r\n");
         const B big = B(10 << 20, 'C') + "\r", every = everyByte().remove(4, 1) + "\r";
         row("far end closed mid-program", quietFrom3, three, "stop at SILENT", "", Pc + Go + Go,
             two, "unplugged");
         row("USB adapter pulled mid-program", quietFrom3, three, "pull at SILENT", "", Pc + Go + Go,
             two, "unplugged");
-        row("window closed in the reception wait", stall2, three, "close at STALLED", "", Pc + Go,
-            half, "");
+        row("window closed in the reception wait", C303 + QStringList{"--stall-mid-line", "2"},
+            three, "close at STALLED", "", Pc + Go, half, "");
         row("10 MB line", C303, big, "", "", Pc + Go, big + "\n\r\n", "");
         // Its own CR (13) ends the first line.
         row("every byte value but EOT", C303, every, "", "", Pc + Go + Go,

@@ -1,9 +1,6 @@
-// Faults through the whole window: the real port on a pseudo-terminal against the virtual
-// control, the real clock (run faster) and event loop, the operator's dialogs answered as they
-// open. The window closed during a wait ends the operation at once; what came is still offered
-// for saving, then the window closes with the port shut, the counter hidden and the clock
-// stopped. The guard fails the case on any box or wait cursor left over. The same faults on
-// each operation, without the window: the other tables here.
+// The window closed during a wait, through the whole window, the real port, clock and event
+// loop against the virtual control: what came is offered for saving, then the window closes
+// with nothing left running. The same fault on each operation: the other tables here.
 
 #include "commands_by_type.h"
 #include "dnc_window.h"

@@ -1,7 +1,5 @@
 // Transfers over the scripted port and clock, read by read: the waits, the ways a send ends,
-// the silence that ends a reception. The line reader and the reply loops on
-// any bytes are checked by the fuzz targets (fuzz/), the transfers through the real port by
-// tests/faults.
+// the silence that ends a reception. Any bytes: fuzz/; the real port: tests/faults.
 #include "chunk_script.h"
 #include "files.h"
 #include "rows.h"
@@ -42,8 +40,7 @@ struct Run : ToolListHook {
 class TstScriptedPort : public QObject {
     Q_OBJECT
 private slots:
-    // Each wait starts afresh, whatever an earlier one left in TimedOut. The window closed in a
-    // wait: tests/faults.
+    // Each wait starts afresh, whatever an earlier one left in TimedOut.
     void waits_data() {
         QTest::addColumn<bool>("xon");
         QTest::addColumn<Chunks>("chunks"); // one a pass, then silence
@@ -71,8 +68,7 @@ private slots:
         QVERIFY(f.timer.starts == 1 && !f.timer.on && f.comm.writes.isEmpty());
     }
 
-    // The dialogue through the real port, its faults and the window closed in a wait are in
-    // tests/faults; here the other ways a send ends. Only here is the queue seen between lines.
+    // What goes on the wire; only here is the queue seen between lines.
     void send_data() {
         QTest::addColumn<int>("type");
         QTest::addColumn<B>("file");
@@ -125,9 +121,8 @@ private slots:
         QCOMPARE(leftOver(r.f), QString());
     }
 
-    // What a reception keeps of any chunks, and how it saves it, is checked by
-    // fuzz/fuzz_reply_loops; not so when the silence that ends it is counted from. A tick while
-    // a chunk is being taken does not count: the silence is counted anew.
+    // The silence that ends a reception, which fuzz/fuzz_reply_loops does not state: a tick
+    // while a chunk is being taken does not count, the silence is counted anew.
     void receive() {
         Run r(1, B());
         FakeLink &f = r.f;
