@@ -15,10 +15,6 @@
 
 namespace {
 
-QString systemText() {
-    return QString::fromLocal8Bit(std::strerror(errno));
-}
-
 // The device behind `path` hung up as a USB serial adapter is when it is pulled out: every
 // open descriptor of it fails from now on.
 bool hangUp(const QString &path) {
@@ -47,7 +43,7 @@ SmallDisk::SmallDisk(const QByteArray &options) {
     if (::mount("tmpfs", QFile::encodeName(m_dir.path()).constData(), "tmpfs", 0,
                 options.constData()) != 0) {
         m_why = QStringLiteral("cannot mount a tmpfs on %1 (%2): this test needs root")
-                    .arg(m_dir.path(), systemText());
+                    .arg(m_dir.path(), QString::fromLocal8Bit(std::strerror(errno)));
         return;
     }
     m_mounted = true;
@@ -113,7 +109,7 @@ QString armFault(Trigger &trigger, const QString &fault, VControlProcess &vc, co
         if (what == u"stop") {
             vc.stop();
         } else if (what == u"pull") {
-            QVERIFY2(hangUp(link), qPrintable("cannot hang up " + link + ": " + systemText()));
+            QVERIFY2(hangUp(link), std::strerror(errno));
             QFile::remove(link);
         } else {
             close();

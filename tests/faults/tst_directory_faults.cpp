@@ -21,7 +21,6 @@ private slots:
         QTest::addColumn<QString>("fault");       // see armFault
         QTest::addColumn<B>("arrived");           // at the control, exactly
         QTest::addColumn<QString>("shown");       // Text1 (map 303); none if empty
-        row("map: control silent", C303 + QStringList{"--silent"}, "", "MC\r" + Go, "");
         row("map: window closed in the listing wait", C303 + QStringList{"--stall-mid-line", "2"},
             "close at STALLED", "MC\r" + Go + Go, "A.NC\r\nB.");
         row("delete: window closed in the choice", C504, "close at list",

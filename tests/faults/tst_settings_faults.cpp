@@ -33,7 +33,6 @@ private slots:
         row("dnc.ini is a FIFO", "fifo", "", "is a FIFO (named pipe), not a regular file");
         row("dnc.ini links to /dev/zero", "zero", "", "is a character device");
         row("dnc.ini not writable when Setup closes", "read-only", "", "");
-        // Start-up is refused.
         row("section name on two lines", "plain", "-s Shop\nTapeDir=/etc", "holds a line break");
     }
     void startAndSetup() {
