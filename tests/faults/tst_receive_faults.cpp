@@ -8,6 +8,8 @@
 
 #include <QDir>
 
+#include <sys/stat.h>
+
 namespace {
 const QStringList C303{"--type", "303"};
 const B Pc = "PC\r" + Go, Old("N1 OLD PROGRAM\r\n");
@@ -21,7 +23,7 @@ private slots:
         QTest::addColumn<B>("program");      // as the control holds it, lines end CR
         QTest::addColumn<QString>("fault");  // see armFault
         QTest::addColumn<QString>("saveTo"); // "" a new file; "read-only", "full, old file",
-                                             // "full, new file", "room, old file"
+                                             // "full, new file", "fifo", "room, old file"
         QTest::addColumn<B>("arrived");      // at the control, exactly
         QTest::addColumn<B>("saved");        // what the file holds afterwards; none if empty
         QTest::addColumn<QString>("told");   // words of the one critical box; none if empty
@@ -36,7 +38,6 @@ private slots:
         row("window closed in the reception wait", C303 + QStringList{"--stall-mid-line", "2"},
             three, "close at STALLED", "", Pc + Go, half, "");
         row("10 MB line", C303, big, "", "", Pc + Go, big + "\n\r\n", "");
-        // Its own CR (13) ends the first line.
         row("every byte value but EOT", C303, every, "", "", Pc + Go + Go,
             B(every).replace("\r", "\r\n") + "\r\n", "");
         // A program larger than a page, so that it cannot fit where the old file was.
@@ -47,6 +48,7 @@ private slots:
             "No space left on device");
         row("disk full, a new file", C303, wide, "", "full, new file", Pc + Go, B(),
             "No space left on device");
+        row("save onto a FIFO", C303, wide, "", "fifo", Pc + Go, B(), "is a FIFO");
         row("disk with room, over an old file", C303, three, "", "room, old file",
             Pc + Go.repeated(3), numberedLines(3) + "\r\n", "");
     }
@@ -55,8 +57,9 @@ private slots:
         std::unique_ptr<SmallDisk> disk;
         QString target;
         QTemporaryDir out, store; // the save folder; the control's store, the link and dnc.ini
-        if (saveTo.isEmpty()) {
+        if (saveTo.isEmpty() || saveTo == u"fifo") {
             target = out.filePath(QStringLiteral("P.tap"));
+            QVERIFY(saveTo.isEmpty() || ::mkfifo(QFile::encodeName(target).constData(), 0600) == 0);
         } else {
             disk = std::make_unique<SmallDisk>("size=64k");
             if (!disk->mounted())
@@ -96,7 +99,10 @@ private slots:
         QFETCH(QString, told);
         QVERIFY(r.screen.saveRequests.size() == 1 && r.screen.text1Visible);
         const bool failedSave = !saveTo.isEmpty() && !saveTo.startsWith(u"room");
-        QCOMPARE(readFile(target), saved);
+        if (saveTo == u"fifo") // still the FIFO, not a file put in its place
+            QVERIFY(QFileInfo(target).exists() && !QFileInfo(target).isFile());
+        else
+            QCOMPARE(readFile(target), saved);
         if (failedSave) {
             QCOMPARE(folder.entryList(QDir::AllEntries | QDir::Hidden), before);
             QCOMPARE(r.screen.text1.toLatin1(), B(program).replace("\r", "\r\n"));

@@ -7,8 +7,6 @@
 #include "tool_scan.h"
 #include "transfer.h"
 
-#include <sys/stat.h>
-
 namespace {
 const QStringList C303{"--type", "303"};
 const QStringList CXon{"--type", "XonXoff", "--rate", "200000", "--end-gap", "200"};
@@ -22,7 +20,7 @@ class TstSendFaults : public QObject {
 private slots:
     void send_data() {
         QTest::addColumn<QStringList>("control"); // the program is set up for its type
-        QTest::addColumn<B>("content");           // lines end CR LF unless given; "fifo", "zero"
+        QTest::addColumn<B>("content");           // lines end CR LF unless given; "zero"
         QTest::addColumn<QString>("fault");       // see armFault
         // At the control, exactly; halted for good: the X-on, then two or more whole lines.
         QTest::addColumn<B>("arrived");
@@ -45,7 +43,6 @@ private slots:
             "R\r" + B(10 << 20, 'A') + "\r" + End, "");
         row("every byte value, 303", C303, all, "", "R\r" + allOnWire + End, "");
         row("every byte value, XonXoff", CXon, all, "", Xon + allOnWire, "");
-        row("NC file is a FIFO", C303, B("fifo"), "", B(), "is a FIFO");
         row("NC file links to /dev/zero", C303, B("zero"), "", B(), "is a character device");
         row("17 MB without a line end", C303, B(17 << 20, 'B'), "", "R\r" + End,
             "line 1 is longer than 16 MB");
@@ -60,11 +57,8 @@ private slots:
         QVERIFY2(vc.start(control + QStringList{"--link", link, "--dir", dir.path()}),
                  qPrintable(vc.errorString()));
         const QString path = dir.filePath(QStringLiteral("P.tap"));
-        if (content == "fifo") // the open itself would hold the window
-            QVERIFY(::mkfifo(QFile::encodeName(path).constData(), 0600) == 0);
-        else
-            QVERIFY(content == "zero" ? QFile::link(QStringLiteral("/dev/zero"), path)
-                                      : writeFile(path, content));
+        QVERIFY(content == "zero" ? QFile::link(QStringLiteral("/dev/zero"), path)
+                                  : writeFile(path, content));
 
         const bool big = content.size() > (1 << 20);
         RealLink r(link, control[1] == u"XonXoff" ? 3 : 1, big ? 2 : 20);
