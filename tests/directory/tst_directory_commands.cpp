@@ -1,6 +1,5 @@
-// The commands on the control's programs over the scripted port: the choice from the window's
-// own list, and the commands a control does not have. The listing's rules, chunk by chunk, are
-// checked by fuzz/fuzz_reply_loops; the listing through the real port in tests/faults.
+// The choice of a program from the window's own list, over the scripted port. The listing's
+// rules: fuzz/fuzz_reply_loops.
 #include "chunk_script.h"
 #include "directory.h"
 #include "rows.h"
@@ -10,8 +9,6 @@
 #include <QtWidgets>
 
 using Chunks = QList<QByteArray>;
-using Operation = std::function<void(Link &)>;
-Q_DECLARE_METATYPE(Operation)
 
 class TstDirectoryCommands : public QObject {
     Q_OBJECT
@@ -19,8 +16,7 @@ private slots:
     // DeleteContext drives the choice, so the line shows what was chosen.
     void choice_data() {
         QTest::addColumn<Chunks>("listing");
-        // One at each pass of the wait for the choice: f focus, s Space, d Down. The window
-        // closed in the choice: tests/faults.
+        // One at each pass of the wait for the choice: f focus, s Space, d Down.
         QTest::addColumn<B>("actions");
         QTest::addColumn<B>("name"); // empty: no delete command
         const Chunks three{"P1\r", "P2\r", "P 3\r", "\x04"};
@@ -53,12 +49,8 @@ private slots:
             {'s', [&] { QTest::keyClick(list, Qt::Key_Space); }},
             {'d', [&] { QTest::keyClick(list, Qt::Key_Down); }},
         };
-        bool hourglassWhileChoosing = false;
         for (const char a : actions)
-            f.yield.then([&, a] {
-                hourglassWhileChoosing |= QApplication::overrideCursor() != nullptr;
-                act[a]();
-            });
+            f.yield.then([&, a] { act[a](); });
         f.yield.limit = 100; // a wait that never ends fails instead of hanging
         DeleteContext(link);
 
@@ -67,30 +59,7 @@ private slots:
                  name.isEmpty() ? listed : listed + "DC,/ISO/" + name + "\r" + Go);
         QVERIFY(f.yield.steps.empty()); // the choice came with the last action, not before
         QCOMPARE(list->count(), listing.size() - 1);
-        QVERIFY(!list->isVisible() && !f.comm.open && !hourglassWhileChoosing);
-    }
-
-    // Commands the control type does not have, or that need no type: the port stays shut and
-    // nothing is written, but for the two letters, which go to a control of no known type too.
-    void notForThisControl_data() {
-        QTest::addColumn<Operation>("operation");
-        QTest::addColumn<int>("type");
-        QTest::addColumn<B>("written");
-        row("map, XonXoff", Operation(MapContext), 3, B());
-        row("CC, 504", Operation(ChangeContext), 2, B());
-        row("CC, no type read", Operation(ChangeContext), 0, B("CC"));
-        row("delete, 303", Operation(DeleteContext), 1, B());
-    }
-    void notForThisControl() {
-        QFETCH(Operation, operation);
-        QFETCH(int, type);
-        FakeLink f;
-        f.g.ComSettings = QStringLiteral("COM2:9600,E,7,2");
-        f.g.CncType = qint16(type);
-        operation(f.link);
-        QTEST(f.comm.written(), "written");
-        QCOMPARE(f.comm.opens, f.comm.writes.size());
-        QCOMPARE(leftOver(f), QString());
+        QVERIFY(!list->isVisible() && !f.comm.open);
     }
 };
 

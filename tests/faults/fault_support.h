@@ -17,8 +17,6 @@ class SmallDisk {
 public:
     explicit SmallDisk(const QByteArray &options);
     ~SmallDisk();
-    SmallDisk(const SmallDisk &) = delete;
-    SmallDisk &operator=(const SmallDisk &) = delete;
 
     bool mounted() const { return m_mounted; }
     QString whyNot() const { return m_why; } // printed when a test is skipped
@@ -48,17 +46,16 @@ private:
 // USB adapter behind `link` out (hung up, its link removed), "close" runs `close`, as the window
 // closing does. The moment is a word of the control's log (STALLED: once the program has taken
 // what came, so that it counts), a number of the program's lines the control has read, or
-// "list": `listShown` holds. `then` runs right after. Returns why the fault cannot be made here
-// (a pull needs root), else empty.
+// "list": `listShown` holds. Returns why the fault cannot be made here (a pull needs root),
+// else empty.
 QString armFault(Trigger &trigger, const QString &fault, VControlProcess &vc, const QString &link,
-                 std::function<void()> close, std::function<bool()> listShown = {},
-                 std::function<void()> then = {});
+                 std::function<void()> close, std::function<bool()> listShown = {});
 
 QByteArray everyByte(); // bytes 0 to 255 in order
 
-// Takes the boxes shown; empty when they are the one a case expects: none when `told` is empty,
-// else one with `icon` that says `told`.
-QString takeBoxes(RecordingScreen &screen, const QString &told, BoxIcon icon = BoxIcon::Critical);
+// Takes the box a case expects, one with `icon` that says `told`, and returns its text when it is
+// not that. None when `told` is empty: the screen fails the test on a box nobody took.
+QString takeBox(RecordingScreen &screen, const QString &told, BoxIcon icon = BoxIcon::Critical);
 
 qint64 msTaken(const std::function<void()> &act);
 
