@@ -29,6 +29,7 @@ struct Station : WindowRig {
         f.yield.then([this] { during = gridRow(0); });
         QTest::mouseClick(w->Command1[1], Qt::LeftButton);
         QVERIFY(f.comm.written().endsWith("N10 G0 X0\r" + Eot)); // sent whatever the database
+        QCOMPARE(enabled(), QStringLiteral("0123457Q"));         // and the buttons back
     }
     // A row of the grid as "tool:util"; empty while the grid is hidden.
     QString gridRow(int row) const {
