@@ -20,7 +20,7 @@ endfunction()
 
 # dnc_add_engine_runs(NAME): a test whose cases run on both tool database engines is two CTest
 # tests: NAME on SQLite files, NAME_pg on the PostgreSQL test server (label postgres; one such
-# test at a time, since some stop and start the server).
+# test at a time, since they share its one table).
 function(dnc_add_engine_runs name)
   get_test_property(${name} ENVIRONMENT env)
   get_test_property(${name} LABELS labels)

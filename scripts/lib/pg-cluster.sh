@@ -5,15 +5,12 @@
 # root, so as root the server runs as the user postgres.
 #
 #   pg-cluster.sh run CMD [ARG...]   starts one, runs CMD with its variables, removes it again
-#   pg-cluster.sh stop | start       stops or restarts the server of $DNC_PG_DIR (for fault tests)
 #
 # Sourced, it offers pg_cluster_up (exports the variables below) and pg_cluster_down.
 #   DNC_PG_URI   postgresql://dnc@127.0.0.1:PORT/dnc, the database as -d names it
 #   PGPASSFILE   where libpq finds the role's password
-#   DNC_PG_DIR   the cluster's folder;  DNC_PG_CTL  this script
+#   DNC_PG_DIR   the cluster's folder
 # DNC_PG_DURABLE=1 keeps fsync on (the benchmark); the tests turn it off for speed.
-
-PG_CLUSTER_SCRIPT="$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)/$(basename "${BASH_SOURCE[0]}")"
 
 pg_bin() {
     local bin
@@ -78,7 +75,6 @@ CONF
     chmod 600 "$dir/pgpass"
     export PGPASSFILE="$dir/pgpass"
     export DNC_PG_URI="postgresql://dnc@127.0.0.1:$port/dnc"
-    export DNC_PG_CTL="$PG_CLUSTER_SCRIPT"
     echo "PostgreSQL test server: $DNC_PG_URI (cluster in $dir)"
 }
 
@@ -101,10 +97,8 @@ if [ "${BASH_SOURCE[0]}" = "$0" ]; then
         "$@" || status=$?
         exit "$status"
         ;;
-    stop) pg_server_stop ;;
-    start) pg_server_start ;;
     *)
-        echo "usage: $0 run CMD [ARG...] | stop | start" >&2
+        echo "usage: $0 run CMD [ARG...]" >&2
         exit 2
         ;;
     esac
