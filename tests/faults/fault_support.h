@@ -46,8 +46,8 @@ private:
 // USB adapter behind `link` out (hung up, its link removed), "close" runs `close`, as the window
 // closing does. The moment is a word of the control's log (STALLED: once the program has taken
 // what came, so that it counts), a number of the program's lines the control has read, or
-// "list": `listShown` holds. Returns why the fault cannot be made here (a pull needs root),
-// else empty.
+// "list": `listShown` holds. Returns why the fault cannot be made here (a pull needs
+// CAP_SYS_ADMIN), else empty.
 QString armFault(Trigger &trigger, const QString &fault, VControlProcess &vc, const QString &link,
                  std::function<void()> close, std::function<bool()> listShown = {});
 

@@ -30,13 +30,14 @@ PtyPair::~PtyPair() {
 bool PtyPair::send(const QByteArray &bytes) {
     for (qsizetype done = 0; done < bytes.size();) {
         const ssize_t n = ::write(m_master, bytes.constData() + done, size_t(bytes.size() - done));
-        pollfd p{m_master, POLLOUT, 0};
-        if (n > 0)
+        if (n > 0) {
             done += n;
-        else if (errno == EAGAIN)
+        } else if (errno == EAGAIN) { // the slave's input is full: wait for room
+            pollfd p{m_master, POLLOUT, 0};
             ::poll(&p, 1, 100);
-        else if (errno != EINTR)
+        } else if (errno != EINTR) {
             return false;
+        }
     }
     return true;
 }

@@ -21,7 +21,7 @@ QString leaves(const Globals &g) {
 
 } // namespace
 
-class TstOptionsAndTexts : public QObject {
+class TstCommandLine : public QObject {
     Q_OBJECT
 private slots:
     // A row with arguments first rebuilds the line from them as main does, and checks it.
@@ -62,5 +62,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TstOptionsAndTexts)
-#include "tst_options_and_texts.moc"
+QTEST_GUILESS_MAIN(TstCommandLine)
+#include "tst_command_line.moc"
