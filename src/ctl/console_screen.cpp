@@ -6,7 +6,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-ConsoleScreen::ConsoleScreen(const Globals &g, OperationState &state, std::FILE *err)
+ConsoleScreen::ConsoleScreen(const Globals &g, const OperationState &state, std::FILE *err)
     : m_g(g), m_state(state), m_err(err) {
     m_tick.setTimerType(Qt::CoarseTimer);
     QObject::connect(&m_tick, &QTimer::timeout, [this] { draw(); });
@@ -23,30 +23,15 @@ void ConsoleScreen::enableProgress(int refreshMs, std::function<qint64()> charac
     m_characters = std::move(characters);
 }
 
-void ConsoleScreen::setPick(const QByteArray &name) {
-    m_pickName = name;
-    m_pick = Pick::NotAsked;
-}
-
-QList<QByteArray> ConsoleScreen::list1Entries() const {
-    QList<QByteArray> entries;
-    for (const QString &e : m_list1)
-        entries << e.toLatin1();
-    return entries;
-}
-
 int ConsoleScreen::list1ListIndex() const {
+    if (m_pickName.isEmpty())
+        return -1;
     // Entries are the control's bytes shown as Latin-1: compare bytes with bytes.
-    for (int i = 0; i < m_list1.size(); ++i) {
-        if (m_pick != Pick::None && m_list1[i].toLatin1() == m_pickName) {
-            m_pick = Pick::Chosen;
+    for (int i = 0; i < m_list1.size(); ++i)
+        if (m_list1[i].toLatin1() == m_pickName)
             return i;
-        }
-    }
-    // Nobody will ever point at another entry: end the wait for a choice with none made.
-    m_pick = Pick::NotListed;
-    m_state.requestEnd();
-    return -1;
+    // Nobody will ever point at another entry.
+    return NoChoiceComing;
 }
 
 void ConsoleScreen::setLabel1Visible(bool on) {
@@ -106,8 +91,7 @@ void ConsoleScreen::say(const QString &text) {
         draw();
 }
 
-void ConsoleScreen::msgBox(const QString &text, BoxIcon icon, const QString &) {
-    m_boxes.append({text, icon, m_toolList});
+void ConsoleScreen::msgBox(const QString &text, BoxIcon, const QString &) {
     say(text);
 }
 

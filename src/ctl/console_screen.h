@@ -1,9 +1,8 @@
 #pragma once
 // The operations' screen on a terminal or in a script. Boxes become lines on standard error;
-// Label1 becomes the progress line; Text1 and List1 are kept for the command to print; the
-// file dialogs and the choice from List1 are answered from the command line.
+// Label1 becomes the progress line; the file dialogs and the choice from List1 are answered
+// from the command line. What the operation did is read from its record, not from here.
 
-#include "ctl_outcome.h"
 #include "globals.h"
 #include "operation_state.h"
 #include "screen.h"
@@ -17,13 +16,7 @@
 
 class ConsoleScreen : public Screen {
 public:
-    struct Box {
-        QString text;
-        BoxIcon icon;
-        bool duringToolList;
-    };
-
-    ConsoleScreen(const Globals &g, OperationState &state, std::FILE *err = stderr);
+    ConsoleScreen(const Globals &g, const OperationState &state, std::FILE *err = stderr);
     ~ConsoleScreen() override;
 
     // The progress line, redrawn every refreshMs while Label1 shows. `characters` counts what
@@ -32,27 +25,18 @@ public:
     int progressDraws() const { return m_draws; }
 
     // The entry of List1 to choose: the one whose bytes equal `name`. When the list holds none,
-    // the choice cannot be made, and the running operation is asked to end as the window's
-    // close would end it.
-    void setPick(const QByteArray &name);
-    Pick pick() const { return m_pick; }
+    // no choice will come.
+    void setPick(const QByteArray &name) { m_pickName = name; }
 
     // What the file dialogs answer; empty is Cancel.
     void setOpenAnswer(const QString &path) { m_openAnswer = path; }
     void setSaveAnswer(const QString &path) { m_saveAnswer = path; }
-    // Boxes shown meanwhile are the tool list's.
-    void setToolListRunning(bool on) { m_toolList = on; }
-
-    const QList<Box> &boxes() const { return m_boxes; }
-    QByteArray text1() const { return m_text1.toLatin1(); }
-    QList<QByteArray> list1Entries() const;
-
     // A line of the program's own on standard error, clear of the progress line.
     void say(const QString &text);
 
     void setLabel1Caption(const QString &text) override { m_caption = text; }
     void setLabel1Visible(bool on) override;
-    void setText1Text(const QString &text) override { m_text1 = text; }
+    void setText1Text(const QString &) override {}
     void setText1Visible(bool) override {}
     void setList1Visible(bool) override {}
     void list1Clear() override { m_list1.clear(); }
@@ -74,18 +58,14 @@ private:
     int columns() const;
 
     const Globals &m_g;
-    OperationState &m_state;
+    const OperationState &m_state;
     std::FILE *m_err;
 
     QString m_caption;
-    QString m_text1;
     QStringList m_list1;
-    QList<Box> m_boxes;
-    bool m_toolList = false;
     QString m_openAnswer;
     QString m_saveAnswer;
-    QByteArray m_pickName;
-    mutable Pick m_pick = Pick::None;
+    QByteArray m_pickName; // empty: the command names no program
 
     bool m_progress = false;
     bool m_drawn = false; // the progress line stands on the terminal

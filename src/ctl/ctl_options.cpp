@@ -39,6 +39,9 @@ QString checkValue(const QString &option, const QString &value) {
         return QStringLiteral("--cnc takes 303, 504 or XonXoff, not \"%1\"").arg(value);
     if (option == u"--port" && value.isEmpty())
         return QStringLiteral("--port takes a device path");
+    // An unset variable in a script: counting every tool under an empty name is never meant.
+    if (option == u"-x" && value.isEmpty())
+        return QStringLiteral("-x takes a string that is not empty");
     return {};
 }
 
@@ -121,6 +124,9 @@ CtlParse parseCtlArguments(const QStringList &args) {
         return fail(QStringLiteral("no command given"));
     o.commandWord = args[i];
     o.args = args.mid(i + 1);
+    // "dncctl send -- -part.tap": the name that starts with a dash is a file, not an option.
+    if (!o.args.isEmpty() && o.args.first() == u"--")
+        o.args.removeFirst();
     for (const Command &c : Commands) {
         if (o.commandWord != QLatin1String(c.word))
             continue;

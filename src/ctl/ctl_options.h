@@ -19,6 +19,7 @@ struct CtlOptions {
     QString baud, parity, data, stop, cnc;
 
     bool quiet = false;
+    bool stdoutClosed = false; // found closed at start, and given /dev/null meanwhile
     bool help = false;
     bool version = false;
 

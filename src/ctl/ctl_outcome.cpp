@@ -1,19 +1,23 @@
 #include "ctl_outcome.h"
 
-int exitCodeOf(const Outcome &o) {
-    if (o.signal != 0)
-        return ExitSignalBase + o.signal;
-    if (o.portFailed)
+int exitCodeOf(const OutcomeRecord &r, int signal) {
+    switch (r.kind) {
+    case OutcomeKind::Interrupted:
+        return ExitSignalBase + signal;
+    case OutcomeKind::PortFailure:
         return ExitPort;
-    if (o.fileFailed)
+    case OutcomeKind::FileFailure:
         return ExitFile;
-    if (o.pick == Pick::NotListed)
+    case OutcomeKind::NotOnControl:
         return ExitNoProgram;
-    if (o.timedOut)
+    case OutcomeKind::TimedOut:
         return ExitTimeout;
-    if (o.pick == Pick::NotAsked || !o.received)
-        return ExitNoProgram;
-    if (o.toolDbFailed)
-        return ExitToolDb;
-    return ExitOk;
+    case OutcomeKind::Cancelled: // nothing dncctl asks for is left to a dialog
+        return ExitNotOffered;
+    case OutcomeKind::NotCounted:
+        return ExitNotCounted;
+    case OutcomeKind::Done:
+        break;
+    }
+    return r.shortfall == Shortfall::None ? ExitOk : ExitIncomplete;
 }

@@ -16,7 +16,6 @@
 #include "tool_db.h"
 #include "transfer.h"
 #include "update_tool_list.h"
-#include "watched_comm.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -24,7 +23,9 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <unistd.h>
 
 namespace {
@@ -32,22 +33,6 @@ namespace {
 // How often the progress line is redrawn: often enough to look alive, rarely enough to cost
 // nothing beside the transfer.
 constexpr int ProgressRefreshMs = 200;
-
-// Boxes shown while the tools are counted are the tool list's, not the transfer's.
-class ToolListWatch : public ToolListHook {
-public:
-    ToolListWatch(ToolListHook &counter, ConsoleScreen &screen)
-        : m_counter(counter), m_screen(screen) {}
-    void UpdateToolList(const QString &file) override {
-        m_screen.setToolListRunning(true);
-        m_counter.UpdateToolList(file);
-        m_screen.setToolListRunning(false);
-    }
-
-private:
-    ToolListHook &m_counter;
-    ConsoleScreen &m_screen;
-};
 
 int indexOf(CtlCommand c) {
     switch (c) {
@@ -99,29 +84,63 @@ QString unusableToSave(const QString &path, qint16 language) {
     return {};
 }
 
-bool writeOut(const QByteArray &bytes) {
-    return std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout) ==
-               size_t(bytes.size()) &&
-           std::fflush(stdout) == 0;
+// Writes all of `bytes` to standard output; why not, or empty.
+QString writeStdout(const QByteArray &bytes) {
+    for (qsizetype done = 0; done < bytes.size();) {
+        const ssize_t n =
+            ::write(STDOUT_FILENO, bytes.constData() + done, size_t(bytes.size() - done));
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0)
+            return QString::fromLocal8Bit(std::strerror(n < 0 ? errno : EIO));
+        done += n;
+    }
+    return {};
 }
 
-// The listing, one entry a line: List1's entries on a "504", the lines of Text1 on a "303".
-bool printListing(const Globals &g, const ConsoleScreen &screen) {
-    QList<QByteArray> entries;
-    if (g.CncType == Cnc504) {
-        entries = screen.list1Entries();
-    } else {
-        entries = screen.text1().split('\n');
-        for (QByteArray &e : entries)
-            if (e.endsWith('\r'))
-                e.chop(1);
-        if (!entries.isEmpty() && entries.last().isEmpty())
-            entries.removeLast(); // behind the last line end
-    }
+// The listing, one entry a line: the whole lines of a "504"'s list, every line of a "303"'s.
+QByteArray listingOf(const QByteArray &reply, qint16 cncType) {
+    QList<QByteArray> entries = reply.split('\n');
+    if (cncType == Cnc504 || entries.last().isEmpty())
+        entries.removeLast(); // behind the last line end
     QByteArray out;
-    for (const QByteArray &e : entries)
+    for (QByteArray &e : entries) {
+        if (e.endsWith('\r'))
+            e.chop(1);
         out += e + '\n';
-    return writeOut(out);
+    }
+    return out;
+}
+
+// What the record says that no box has said yet.
+void tell(ConsoleScreen &screen, const Globals &g, const CtlOptions &o, const OutcomeRecord &r) {
+    const qint16 lang = g.Language;
+    switch (r.kind) {
+    case OutcomeKind::TimedOut:
+        if (r.reason.isEmpty()) // the reply loops end a silence without a word
+            screen.say(g.Text(TimeoutMessage));
+        break;
+    case OutcomeKind::NotOnControl:
+        if (!r.programName.isEmpty() || r.listed < 0)
+            screen.say(ctlText(CtlText::NothingReceived, lang));
+        else if (r.listed == 0)
+            screen.say(ctlText(CtlText::NothingListed, lang));
+        else
+            screen.say(ctlText(CtlText::NotListed, lang).arg(o.args[0]));
+        break;
+    case OutcomeKind::NotCounted:
+        screen.say(ctlText(CtlText::NotCounted, lang));
+        break;
+    default:
+        break;
+    }
+    const QString left = QString::number(r.linesLeftOut);
+    if (r.shortfall == Shortfall::BlankLine)
+        screen.say(ctlText(CtlText::BlankLine, lang).arg(left));
+    else if (r.shortfall == Shortfall::NoCarriageReturn)
+        screen.say(ctlText(CtlText::NoCarriageReturn, lang).arg(left));
+    else if (r.shortfall == Shortfall::LinesDropped)
+        screen.say(ctlText(CtlText::LinesDropped, lang).arg(left));
 }
 
 } // namespace
@@ -153,6 +172,16 @@ int runDncctl(const CtlOptions &o) {
     // Everything that can be told before the port is opened.
     if (const QString why = applyLineOverrides(g, o); !why.isEmpty())
         return refuse(ExitNotOffered, why);
+    if (comPortNumber(g.ComSettings) == 0) {
+        const qsizetype colon = g.ComSettings.indexOf(u':');
+        // A device given for this run stands for whatever port the section names.
+        if (o.port.isEmpty())
+            return refuse(ExitNotOffered,
+                          ctlText(CtlText::NoSuchPort, g.Language)
+                              .arg(g.ConfigSection, QDir::toNativeSeparators(g.iniPath),
+                                   g.ComSettings.left(colon + 1)));
+        g.ComSettings = QStringLiteral("COM1:") + g.ComSettings.mid(colon + 1);
+    }
     if (!commandOffered(g.CncType, indexOf(o.command)))
         return refuse(
             ExitNotOffered,
@@ -167,6 +196,9 @@ int runDncctl(const CtlOptions &o) {
                                   .arg(g.CncChoices[g.CncType]));
     const QString out = o.command == CtlCommand::Receive ? o.args.last() : QString();
     const bool toStdout = out == u"-";
+    // Whatever opened next would have taken its descriptor: the program would go to the port.
+    if (o.stdoutClosed && (toStdout || o.command == CtlCommand::List))
+        return refuse(ExitFile, ctlText(CtlText::StdoutClosed, g.Language));
     if (o.command == CtlCommand::Send) {
         if (const QString why = unusableToSend(o.args[0], g.Language); !why.isEmpty())
             return refuse(ExitFile, why);
@@ -182,24 +214,23 @@ int runDncctl(const CtlOptions &o) {
     }
 
     // The real parts, wired as the window wires them.
-    SerialComm serial(o.port);
+    SerialComm comm(o.port);
     // A write held up by a control that stopped reading must not keep Ctrl-C from ending.
-    serial.setOperationState(&state);
-    WatchedComm comm(serial);
+    comm.setOperationState(&state);
     // Tests run the clock faster so that a silence ends a wait without real seconds.
     QtLinkTimer timer(g, std::max(1, qEnvironmentVariableIntValue("DNC_CLOCK_DIVISOR")));
     if (const int interval = startupTimerInterval(g.CncType))
         timer.setInterval(interval);
-    EventLoopYield yield(serial, timer);
+    EventLoopYield yield(comm, timer);
     CmDialog dialog;
     Link link{g, comm, timer, yield, screen, dialog, state};
-    ToolListUpdater counter(g, screen);
-    ToolListWatch watch(counter, screen);
+    // Counted beside the event loop, so that Ctrl-C is heard while a lock is waited for.
+    ToolListUpdater counter(g, screen, DefaultBusyTimeoutMs, &yield);
     if (g.ToolDbEnabled)
-        link.toolList = &watch;
+        link.toolList = &counter;
     if (!o.quiet && ::isatty(::fileno(stderr))) {
         if (o.command == CtlCommand::Send)
-            screen.enableProgress(ProgressRefreshMs, [&comm] { return comm.sent(); });
+            screen.enableProgress(ProgressRefreshMs, [&link] { return link.outcome.bytes; });
         else
             screen.enableProgress(ProgressRefreshMs);
     }
@@ -240,63 +271,28 @@ int runDncctl(const CtlOptions &o) {
         }
     }
 
-    // What the operation left, read back.
-    Outcome result;
-    const int caught = interrupts.caught();
-    // A signal read only after the operation had ended did not end it.
-    if (caught != 0 && state.ending() && screen.pick() != Pick::NotListed)
-        result.signal = caught;
-    result.portFailed = comm.failed();
-    bool timeoutShown = false;
-    for (const ConsoleScreen::Box &b : screen.boxes()) {
-        if (b.duringToolList)
-            result.toolDbFailed = true;
-        else if (b.icon == BoxIcon::Critical)
-            result.fileFailed = true;
-        else if (b.text == g.Text(TimeoutMessage))
-            timeoutShown = true;
+    // What the operation did, as its record says.
+    OutcomeRecord r = link.outcome;
+    QString unwritten;
+    // dncctl takes a program to standard output itself: the save's dialog was given no file.
+    if (toStdout && r.kind == OutcomeKind::Cancelled && !r.received.isEmpty()) {
+        r.kind = OutcomeKind::Done;
+        unwritten = writeStdout(r.received + "\r\n");
     }
-    result.pick = screen.pick();
-    // For a delete, the wait that counts is the listing before the choice.
-    result.timedOut = (o.command == CtlCommand::Send || o.command == CtlCommand::Receive ||
-                       o.command == CtlCommand::List || o.command == CtlCommand::Delete) &&
-                      g.TimedOut &&
-                      !(o.command == CtlCommand::Delete && result.pick == Pick::Chosen);
-    const QByteArray program = screen.text1();
-    if (o.command == CtlCommand::Receive)
-        result.received = !program.isEmpty();
-
-    // The data asked for, on standard output.
-    bool written = true;
-    if (o.command == CtlCommand::List && !result.portFailed)
-        written = printListing(g, screen);
-    if (o.command == CtlCommand::Receive && toStdout && result.received && result.signal == 0) {
-        QFile stdoutFile;
-        written = stdoutFile.open(::fileno(stdout), QIODevice::WriteOnly) &&
-                  writeSavedProgram(stdoutFile, program);
+    if (o.command == CtlCommand::List && r.kind != OutcomeKind::PortFailure)
+        unwritten = writeStdout(listingOf(r.received, g.CncType));
+    if (!unwritten.isEmpty()) {
+        const QString text = ctlText(CtlText::CannotWrite, g.Language)
+                                 .arg(QStringLiteral("standard output"), unwritten);
+        r.fail(OutcomeKind::FileFailure, text);
+        screen.say(text);
     }
-    if (!written) {
-        screen.say(ctlText(CtlText::CannotWrite, g.Language)
-                       .arg(QStringLiteral("standard output"), QStringLiteral("closed")));
-        result.fileFailed = true;
+    tell(screen, g, o, r);
+    const int signal = r.kind == OutcomeKind::Interrupted ? interrupts.caught() : 0;
+    if (r.kind == OutcomeKind::Interrupted) {
+        if (o.command == CtlCommand::Receive && !r.received.isEmpty())
+            screen.say(ctlText(CtlText::NotSaved, g.Language).arg(r.received.size()));
+        screen.say(ctlText(CtlText::Interrupted, g.Language).arg(signalName(signal)));
     }
-
-    const int code = exitCodeOf(result);
-    // The reply loops end a silence without a word; the wait of a send has said it already.
-    if (code == ExitTimeout && !timeoutShown)
-        screen.say(g.Text(TimeoutMessage));
-    if (code == ExitNoProgram) {
-        if (result.pick == Pick::NotListed)
-            screen.say(ctlText(CtlText::NotListed, g.Language).arg(o.args[0]));
-        else if (result.pick == Pick::NotAsked)
-            screen.say(ctlText(CtlText::NothingListed, g.Language));
-        else
-            screen.say(ctlText(CtlText::NothingReceived, g.Language));
-    }
-    if (result.signal != 0) {
-        if (o.command == CtlCommand::Receive && result.received)
-            screen.say(ctlText(CtlText::NotSaved, g.Language).arg(program.size()));
-        screen.say(ctlText(CtlText::Interrupted, g.Language).arg(signalName(result.signal)));
-    }
-    return code;
+    return exitCodeOf(r, signal);
 }

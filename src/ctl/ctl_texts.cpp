@@ -26,6 +26,13 @@ Row rowOf(CtlText text) {
                 "fenêtre, ou donner %4",
                 "kein %3 in Abschnitt [%1] von %2: in den Einstellungen des Fensters setzen oder "
                 "%4 angeben"};
+    case CtlText::NoSuchPort:
+        return {"Port=%3 in section [%1] of %2 names no serial port (COM1: to COM4:): choose one "
+                "with the window's Setup, or give --port DEVICE",
+                "Port=%3 dans la section [%1] de %2 ne désigne aucun port série (COM1: à COM4:) : "
+                "en choisir un dans la configuration de la fenêtre, ou donner --port PÉRIPHÉRIQUE",
+                "Port=%3 in Abschnitt [%1] von %2 bezeichnet keine serielle Schnittstelle (COM1: "
+                "bis COM4:): in den Einstellungen des Fensters wählen oder --port GERÄT angeben"};
     case CtlText::NoSuchFile:
         return {"%1: no such file", "%1 : fichier introuvable", "%1: Datei nicht gefunden"};
     case CtlText::NotAFile:
@@ -53,6 +60,33 @@ Row rowOf(CtlText text) {
         return {"the %1 characters received are not saved: the reception was cut short",
                 "les %1 caractères reçus ne sont pas enregistrés : réception interrompue",
                 "die %1 empfangenen Zeichen sind nicht gespeichert: Empfang abgebrochen"};
+    case CtlText::NotCounted:
+        return {"the program was sent, but its tools were not counted",
+                "le programme a été envoyé, mais ses outils n'ont pas été comptés",
+                "das Programm wurde gesendet, seine Werkzeuge aber nicht gezählt"};
+    case CtlText::BlankLine:
+        return {"the send stopped at a blank line: the %1 lines with text behind it were not "
+                "sent, the control has only the lines before it",
+                "l'envoi s'est arrêté à une ligne vide : les %1 lignes non vides qui la suivent "
+                "n'ont pas été envoyées, la CN n'a que les lignes d'avant",
+                "die Übertragung endete an einer Leerzeile: die %1 Zeilen mit Text dahinter "
+                "wurden nicht gesendet, die Steuerung hat nur die Zeilen davor"};
+    case CtlText::NoCarriageReturn:
+        return {"the file holds no CR: its %1 lines ended by LF went out as one line",
+                "le fichier ne contient aucun CR : ses %1 lignes terminées par LF sont parties "
+                "en une seule ligne",
+                "die Datei enthält kein CR: ihre %1 mit LF endenden Zeilen gingen als eine Zeile "
+                "hinaus"};
+    case CtlText::LinesDropped:
+        return {"%1 lines the control sent were not kept: it sent more than one line before "
+                "the go-ahead, or a line together with its end",
+                "%1 lignes envoyées par la CN n'ont pas été gardées : elle a envoyé plus d'une "
+                "ligne avant l'acquittement, ou une ligne avec la fin",
+                "%1 von der Steuerung gesendete Zeilen wurden nicht behalten: sie sandte mehr als "
+                "eine Zeile vor der Freigabe, oder eine Zeile mit dem Ende zusammen"};
+    case CtlText::StdoutClosed:
+        return {"standard output is closed", "la sortie standard est fermée",
+                "die Standardausgabe ist geschlossen"};
     case CtlText::Characters:
         return {"characters", "caractères", "Zeichen"};
     case CtlText::PerSecond:

@@ -8,8 +8,15 @@
 
 #include <csignal>
 #include <cstdio>
+#include <fcntl.h>
+#include <unistd.h>
 
 int main(int argc, char *argv[]) {
+    // A closed standard output would be taken by the next open, the port's perhaps: hold it
+    // with /dev/null, so that nothing meant for the terminal goes down the line.
+    const bool stdoutClosed = ::fcntl(STDOUT_FILENO, F_GETFD) < 0;
+    if (stdoutClosed && ::open("/dev/null", O_WRONLY | O_CLOEXEC) != STDOUT_FILENO)
+        return ExitFile;
     QCoreApplication app(argc, argv);
     // A reader that went away (dncctl list | head -1) is a failed write, not a crash.
     std::signal(SIGPIPE, SIG_IGN);
@@ -28,5 +35,7 @@ int main(int argc, char *argv[]) {
         std::printf("dncctl (%s) %d.%d.%d\n", AppTitle, AppMajor, AppMinor, AppRevision);
         return ExitOk;
     }
-    return runDncctl(parse.options);
+    CtlOptions options = parse.options;
+    options.stdoutClosed = stdoutClosed;
+    return runDncctl(options);
 }

@@ -9,6 +9,8 @@
 // Hands ComSettings ("COM1:9600,E,7,2") to the closed port. Throws CommError when there is
 // no "n:" in it or the port refuses the line settings.
 void SetCom(Link &l);
+// The port number that ComSettings names, 0 when it names none.
+int comPortNumber(const QString &comSettings);
 
 // Runs one operation on the port. If the port fails (cannot open, refuses its settings,
 // the device goes away), the operation ends here: the timer stops, the port is closed,

@@ -15,8 +15,15 @@ enum class EotRule {
     OnlyWithoutCr,
 };
 
+// What a reply brought and what of it the dialogue's rules dropped.
+struct ReplyTally {
+    qint64 keptBytes = 0;    // the control's characters kept, without the LF added behind a CR
+    qint64 keptLines = 0;    // lines kept whole, ended by CR
+    qint64 droppedLines = 0; // lines, or starts of lines, that came and were not kept
+};
+
 // Collects the answer into `reply` (appended in place), answering each chunk that holds a CR
 // with PromptSeq. Ends at an EOT, at silence for the timer's interval, or when the operation
 // is being ended; leaves the timer off. `afterChunk` runs after each chunk that was kept.
-void waitForReply(Link &l, EotRule rule, QByteArray &reply,
-                  const std::function<void()> &afterChunk = {});
+ReplyTally waitForReply(Link &l, EotRule rule, QByteArray &reply,
+                        const std::function<void()> &afterChunk = {});

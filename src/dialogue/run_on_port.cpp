@@ -14,8 +14,9 @@ bool runOnPort(Link &l, const std::function<void()> &operation) {
         }
         l.screen.setLabel1Visible(false);
         l.screen.setMousePointer(0);
-        l.screen.msgBox(QStringLiteral("%1: %2").arg(e.device, e.reason), BoxIcon::Critical,
-                        QString());
+        const QString text = QStringLiteral("%1: %2").arg(e.device, e.reason);
+        l.outcome.fail(OutcomeKind::PortFailure, text);
+        l.screen.msgBox(text, BoxIcon::Critical, QString());
         return false;
     }
 }

@@ -1,11 +1,17 @@
 #include "comm.h"
 #include "dialogue.h"
 
+int comPortNumber(const QString &comSettings) {
+    const qsizetype colon = comSettings.indexOf(QLatin1Char(':'));
+    // Only the one character before the colon names the port.
+    const int port = colon > 0 ? comSettings.at(colon - 1).digitValue() : -1;
+    return port < 1 ? 0 : port;
+}
+
 void SetCom(Link &l) {
     const QString &s = l.g.ComSettings;
     const int colon = int(s.indexOf(QLatin1Char(':')));
-    // Only the one character before the colon names the port.
-    const int port = colon > 0 ? s.at(colon - 1).digitValue() : -1;
+    const int port = comPortNumber(s);
     if (port < 1)
         throw CommError{s.isEmpty() ? QStringLiteral("The port") : s,
                         QStringLiteral("no serial port is set up (expected COM1: to COM4:). "

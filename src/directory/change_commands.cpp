@@ -5,14 +5,18 @@
 namespace {
 
 // Two letters alone, no CR and no go-ahead; closing the port lets them leave first.
-void sendTwoLetters(Link &l, const QByteArray &letters) {
-    if (l.g.CncType > Cnc303)
+void sendTwoLetters(Link &l, const QByteArray &letters, OperationName operation) {
+    const OutcomeRecord::Scope record(l.outcome, operation, l.state);
+    if (l.g.CncType != Cnc303 && l.g.CncType != CncNone) {
+        l.outcome.fail(OutcomeKind::Cancelled, QStringLiteral("no such command"));
         return;
+    }
     runOnPort(l, [&] {
         l.screen.setMousePointer(11);
         SetCom(l);
         l.comm.setPortOpen(true);
         l.comm.output(letters);
+        l.outcome.bytes = letters.size();
         l.comm.setPortOpen(false);
         l.screen.setMousePointer(0);
     });
@@ -21,9 +25,9 @@ void sendTwoLetters(Link &l, const QByteArray &letters) {
 } // namespace
 
 void ChangeContext(Link &l) {
-    sendTwoLetters(l, QByteArrayLiteral("CC"));
+    sendTwoLetters(l, QByteArrayLiteral("CC"), OperationName::ChangeContext);
 }
 
 void ChangeExecute(Link &l) {
-    sendTwoLetters(l, QByteArrayLiteral("CE"));
+    sendTwoLetters(l, QByteArrayLiteral("CE"), OperationName::ChangeExecute);
 }

@@ -3,17 +3,25 @@
 #include "wire_chars.h"
 
 void DeleteContext(Link &l) {
-    if (l.g.CncType == CncXonXoff)
+    const OutcomeRecord::Scope record(l.outcome, OperationName::DeleteContext, l.state);
+    if (l.g.CncType == CncXonXoff) {
+        l.outcome.fail(OutcomeKind::Cancelled, QStringLiteral("no delete command"));
         return;
+    }
     runOnPort(l, [&] {
         l.screen.setMousePointer(11);
         SetCom(l);
         // Only the control "504" has a delete command; the others end with the port unopened.
+        if (l.g.CncType != Cnc504)
+            l.outcome.fail(OutcomeKind::Cancelled, QStringLiteral("no delete command"));
         if (l.g.CncType == Cnc504) {
             l.comm.setPortOpen(true);
             const QByteArray name = SelectCNCFile(l);
-            if (!name.isEmpty())
-                l.comm.output("DC,/ISO/" + name + CR + PromptSeq);
+            if (!name.isEmpty()) {
+                const QByteArray command = "DC,/ISO/" + name + CR + PromptSeq;
+                l.comm.output(command);
+                l.outcome.bytes = command.size();
+            }
         }
         if (l.comm.portOpen())
             l.comm.setPortOpen(false);

@@ -5,9 +5,12 @@
 #include "wire_chars.h"
 
 void MapContext(Link &l) {
+    const OutcomeRecord::Scope record(l.outcome, OperationName::MapContext, l.state);
     // Only the controls "303" and "504" have a directory command.
-    if (l.g.CncType != Cnc303 && l.g.CncType != Cnc504)
+    if (l.g.CncType != Cnc303 && l.g.CncType != Cnc504) {
+        l.outcome.fail(OutcomeKind::Cancelled, QStringLiteral("no directory command"));
         return;
+    }
     runOnPort(l, [&] {
         l.screen.setMousePointer(11);
         SetCom(l);
@@ -16,7 +19,13 @@ void MapContext(Link &l) {
         l.comm.output(command + CR + PromptSeq);
 
         QByteArray reply;
-        waitForReply(l, EotRule::OnlyWithoutCr, reply);
+        const ReplyTally tally = waitForReply(l, EotRule::OnlyWithoutCr, reply);
+        l.outcome.received = reply;
+        l.outcome.bytes = tally.keptBytes;
+        l.outcome.lines = tally.keptLines;
+        // A list ends with an EOT; a silence may have cut it.
+        if (l.g.TimedOut)
+            l.outcome.fail(OutcomeKind::TimedOut);
 
         if (!reply.isEmpty()) {
             if (l.g.CncType == Cnc303) {

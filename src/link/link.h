@@ -5,6 +5,7 @@
 #include "globals.h"
 #include "link_timer.h"
 #include "operation_state.h"
+#include "outcome_record.h"
 #include "screen.h"
 
 class Comm;
@@ -21,6 +22,8 @@ class ToolListHook {
 public:
     virtual ~ToolListHook() = default;
     virtual void UpdateToolList(const QString &file) = 0;
+    // Why the last count failed; empty when every tool was counted.
+    virtual QString failure() const = 0;
 };
 
 struct Link {
@@ -32,4 +35,5 @@ struct Link {
     CmDialog &dialog;
     OperationState &state;
     ToolListHook *toolList = nullptr; // set where a tool database is in use
+    OutcomeRecord outcome = {};       // what the last operation did
 };

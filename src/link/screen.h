@@ -28,7 +28,10 @@ public:
     virtual void list1AddItem(const QString &item) = 0;
     virtual void list1Refresh() = 0;
     virtual int list1Count() const = 0;
-    virtual int list1ListIndex() const = 0; // -1 while nothing is selected
+    // -1 while nothing is selected; NoChoiceComing when none will be: a front end that chooses
+    // by name finds the name not in the list.
+    virtual int list1ListIndex() const = 0;
+    static constexpr int NoChoiceComing = -2;
     virtual QString list1List(int index) const = 0;
     virtual void repaint() = 0;
 

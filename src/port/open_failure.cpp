@@ -58,9 +58,13 @@ QString absent(const OpenFailure &f, const QList<SerialDevice> &present) {
                       ? d.systemLocation
                       : QStringLiteral("%1 (%2)").arg(d.systemLocation, label));
     }
+    const QString has = names.join(QStringLiteral("; "));
+    if (!f.chosenInSetup)
+        return QStringLiteral("cannot be opened: there is no such device. This PC has: %1.")
+            .arg(has);
     return QStringLiteral("cannot be opened: there is no such device. This PC has: %1. Choose "
                           "the device of %2 with Setup.")
-        .arg(names.join(QStringLiteral("; ")), f.portName);
+        .arg(has, f.portName);
 }
 
 QString busy(const OpenFailure &f) {

@@ -11,6 +11,7 @@ struct OpenFailure {
     QString errorString;                // QSerialPort's own words
     QString path;                       // the device that was opened
     QString portName;                   // "COM1:"
+    bool chosenInSetup = true;          // false: the device was named for this run alone
 };
 
 // The reason given to the operator, after the device's name. `present` is what the PC has

@@ -144,7 +144,7 @@ void SerialComm::open() {
 
 CommError SerialComm::openError() const {
     const OpenFailure f{m_port.error(), m_port.errorString(), devicePath(),
-                        QStringLiteral("COM%1:").arg(m_commPort)};
+                        QStringLiteral("COM%1:").arg(m_commPort), m_device.isEmpty()};
     const QList<SerialDevice> present = f.error == QSerialPort::DeviceNotFoundError
                                             ? presentSerialDevices()
                                             : QList<SerialDevice>();

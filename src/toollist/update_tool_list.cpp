@@ -89,6 +89,7 @@ void ToolListUpdater::UpdateToolList(const QString &file) {
         if (noticed)
             m_screen.setLabel1Visible(false);
     }
+    m_failure = failure;
     if (!failure.isEmpty())
         m_screen.msgBox(failure, BoxIcon::Critical, QString());
 }

@@ -14,10 +14,12 @@ public:
                     Yield *yield = nullptr)
         : m_g(g), m_screen(screen), m_busyTimeoutMs(busyTimeoutMs), m_yield(yield) {}
     void UpdateToolList(const QString &file) override;
+    QString failure() const override { return m_failure; }
 
 private:
     Globals &m_g;
     Screen &m_screen;
     int m_busyTimeoutMs;
     Yield *m_yield;
+    QString m_failure;
 };

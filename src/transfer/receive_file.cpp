@@ -4,6 +4,7 @@
 #include "wire_chars.h"
 
 void ReceiveFile(Link &l) {
+    const OutcomeRecord::Scope record(l.outcome, OperationName::ReceiveFile, l.state);
     QByteArray reply;
     runOnPort(l, [&] {
         l.screen.setMousePointer(11);
@@ -24,8 +25,10 @@ void ReceiveFile(Link &l) {
             }
         }
         if (requested) {
-            waitForReply(l, EotRule::BeforeCr, reply,
-                         [&] { l.screen.setLabel1Caption(QString::number(reply.size())); });
+            const ReplyTally tally = waitForReply(l, EotRule::BeforeCr, reply, [&] {
+                l.screen.setLabel1Caption(QString::number(reply.size()));
+            });
+            noteReception(l, tally, reply);
         }
 
         l.comm.setPortOpen(false);
@@ -39,4 +42,19 @@ void ReceiveFile(Link &l) {
         SaveFile(l, reply);
     }
     l.screen.setLabel1Visible(false);
+}
+
+void noteReception(Link &l, const ReplyTally &tally, const QByteArray &reply) {
+    OutcomeRecord &r = l.outcome;
+    r.received = reply;
+    r.bytes = tally.keptBytes;
+    r.lines = tally.keptLines;
+    if (tally.droppedLines > 0) {
+        r.shortfall = Shortfall::LinesDropped;
+        r.linesLeftOut = tally.droppedLines;
+    }
+    if (l.g.TimedOut)
+        r.fail(OutcomeKind::TimedOut);
+    else if (reply.isEmpty())
+        r.fail(OutcomeKind::NotOnControl);
 }

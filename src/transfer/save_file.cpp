@@ -2,6 +2,7 @@
 #include "regular_file.h"
 #include "transfer.h"
 
+#include <QCryptographicHash>
 #include <QDir>
 #include <QSaveFile>
 
@@ -9,7 +10,15 @@ bool writeSavedProgram(QFileDevice &out, const QByteArray &buffer) {
     return out.write(buffer) == buffer.size() && out.write("\r\n", 2) == 2 && out.flush();
 }
 
+QByteArray savedProgramSha256(const QByteArray &buffer) {
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    hash.addData(buffer);
+    hash.addData(QByteArrayView("\r\n"));
+    return hash.result().toHex();
+}
+
 void SaveFile(Link &l, const QByteArray &buffer) {
+    const OutcomeRecord::Scope record(l.outcome, OperationName::SaveFile, l.state);
     const QString dir = GetProfile(l.g, l.g.ConfigSection, QStringLiteral("CNCDir"));
     if (!dir.isEmpty())
         l.dialog.InitDir = dir;
@@ -18,8 +27,10 @@ void SaveFile(Link &l, const QByteArray &buffer) {
     l.dialog.ShowSave(l.screen);
 
     const QString path = l.dialog.FileName;
-    if (path.isEmpty())
+    if (path.isEmpty()) {
+        l.outcome.fail(OutcomeKind::Cancelled);
         return;
+    }
     PutProfile(l.g, l.g.ConfigSection, QStringLiteral("CNCDir"), folderOf(path));
 
     // Written beside the old file and renamed over it only once all of it is written: a full
@@ -40,7 +51,11 @@ void SaveFile(Link &l, const QByteArray &buffer) {
     }
     if (!why.isEmpty()) {
         // The program still stands in Text1, so nothing is lost but this attempt.
-        l.screen.msgBox(QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), why),
-                        BoxIcon::Critical, QString());
+        const QString text = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), why);
+        l.outcome.fail(OutcomeKind::FileFailure, text);
+        l.screen.msgBox(text, BoxIcon::Critical, QString());
+        return;
     }
+    l.outcome.filePath = path;
+    l.outcome.sha256 = savedProgramSha256(buffer);
 }

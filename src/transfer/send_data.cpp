@@ -1,4 +1,5 @@
 #include "comm.h"
+#include "nc_file_survey.h"
 #include "nc_line_reader.h"
 #include "transfer.h"
 #include "wire_chars.h"
@@ -20,6 +21,22 @@ QByteArray prepareLine(const Globals &g, NcLineReader &file) {
     return line;
 }
 
+void noteLineSent(OutcomeRecord &r, const QByteArray &line) {
+    r.bytes += line.size() + 1;
+    ++r.lines;
+}
+
+// The lines behind the blank one that hold anything: the control has none of them.
+void noteLinesLeftOut(Link &l, const Globals &g, NcLineReader &file) {
+    qint64 left = 0;
+    while (!file.atEnd())
+        left += !prepareLine(g, file).isEmpty();
+    if (left > 0 && !file.failed()) {
+        l.outcome.shortfall = Shortfall::BlankLine;
+        l.outcome.linesLeftOut = left;
+    }
+}
+
 // Gives the port time to put out what is queued; an operation being ended stops it too.
 void drain(Link &l) {
     while (l.comm.outBufferCount() > 0 && !l.state.ending())
@@ -31,6 +48,7 @@ void sendAcknowledged(Link &l, NcLineReader &file, const QString &prefix) {
     Globals &g = l.g;
     const qint64 total = file.size();
     qint64 sent = 0;
+    bool blank = false;
     l.timer.setInterval(5000);
     l.comm.output("R" + CR);
     WaitForAnswer(l);
@@ -39,9 +57,12 @@ void sendAcknowledged(Link &l, NcLineReader &file, const QString &prefix) {
         if (l.state.ending())
             break;
         const QByteArray line = prepareLine(g, file);
-        if (line.isEmpty())
+        if (line.isEmpty()) {
+            blank = !file.failed();
             break; // a blank line ends the program; so does a line that could not be read
+        }
         l.comm.output(line + CR);
+        noteLineSent(l.outcome, line);
         sent += line.size();
         l.screen.setLabel1Caption(caption(prefix, sent, total));
         drain(l);
@@ -51,6 +72,8 @@ void sendAcknowledged(Link &l, NcLineReader &file, const QString &prefix) {
     l.comm.output(WireChar::EOT + CR);
     drain(l);
     l.comm.setPortOpen(false);
+    if (blank)
+        noteLinesLeftOut(l, g, file);
 }
 
 // "XonXoff": a plain stream; any character from the control halts it until an X-on.
@@ -71,6 +94,7 @@ void sendStream(Link &l, NcLineReader &file, const QString &prefix) {
         if (file.failed())
             break;
         l.comm.output(line + CR);
+        noteLineSent(l.outcome, line);
         sent += line.size();
         if (l.comm.inBufferCount() >= 1)
             WaitForXon(l);
@@ -84,17 +108,38 @@ void sendStream(Link &l, NcLineReader &file, const QString &prefix) {
 
 void SendData(Link &l, const QString &FileName) {
     Globals &g = l.g;
+    const OutcomeRecord::Scope record(l.outcome, OperationName::SendData, l.state);
+    l.outcome.filePath = FileName;
     // A FIFO would hold the window inside the open and a device such as /dev/zero never ends:
     // neither is counted nor sent.
     if (const QString why = notRegularReason(FileName); !why.isEmpty()) {
-        l.screen.msgBox(
-            QStringLiteral("%1 %2: only a regular file can be sent.").arg(FileName, why),
-            BoxIcon::Critical, QString());
+        const QString text =
+            QStringLiteral("%1 %2: only a regular file can be sent.").arg(FileName, why);
+        l.outcome.fail(OutcomeKind::FileFailure, text);
+        l.screen.msgBox(text, BoxIcon::Critical, QString());
         return;
     }
     // First of all, so that a file that then fails has been counted all the same.
-    if (g.ToolDbEnabled && l.toolList)
+    if (g.ToolDbEnabled && l.toolList) {
         l.toolList->UpdateToolList(FileName);
+        if (const QString why = l.toolList->failure(); !why.isEmpty())
+            l.outcome.fail(OutcomeKind::NotCounted, why);
+    }
+    // Ended while the count waited for the database: the control has been told nothing yet,
+    // and must not be given an empty program.
+    if (l.state.ending())
+        return;
+    // A line that cannot be read would cut the program after the control has taken its start
+    // and stored what came under its name: such a file is refused while nothing has gone out.
+    const NcFileSurvey survey = surveyNcFile(FileName, MaxLineBytes);
+    if (!survey.error.isEmpty()) {
+        const QString text =
+            QStringLiteral("%1: %2. Nothing was sent.").arg(FileName, survey.error);
+        l.outcome.fail(OutcomeKind::FileFailure, text);
+        l.screen.msgBox(text, BoxIcon::Critical, QString());
+        return;
+    }
+    l.outcome.sha256 = survey.sha256;
 
     runOnPort(l, [&] {
         SetCom(l);
@@ -103,8 +148,9 @@ void SendData(Link &l, const QString &FileName) {
         if (!file.open()) {
             l.screen.setMousePointer(0);
             l.screen.setLabel1Visible(false);
-            l.screen.msgBox(QStringLiteral("%1: %2").arg(FileName, file.errorString()),
-                            BoxIcon::Critical, QString());
+            const QString text = QStringLiteral("%1: %2").arg(FileName, file.errorString());
+            l.outcome.fail(OutcomeKind::FileFailure, text);
+            l.screen.msgBox(text, BoxIcon::Critical, QString());
             return;
         }
         if (file.size() > 0) {
@@ -128,10 +174,18 @@ void SendData(Link &l, const QString &FileName) {
         l.screen.setLabel1Visible(false);
         l.screen.setMousePointer(0);
         if (file.failed()) {
-            l.screen.msgBox(QStringLiteral("%1: %2. The lines before it were sent, the rest "
-                                           "of the file was not.")
-                                .arg(FileName, file.errorString()),
-                            BoxIcon::Critical, QString());
+            const QString text = QStringLiteral("%1: %2. The lines before it were sent, the rest "
+                                                "of the file was not.")
+                                     .arg(FileName, file.errorString());
+            l.outcome.fail(OutcomeKind::FileFailure, text);
+            l.screen.msgBox(text, BoxIcon::Critical, QString());
         }
     });
+    // Every line went out, but as one: the control got one line where the file has many.
+    const bool wentOut =
+        l.outcome.kind == OutcomeKind::Done || l.outcome.kind == OutcomeKind::NotCounted;
+    if (wentOut && survey.carriageReturns == 0 && survey.lineFeeds > 0) {
+        l.outcome.shortfall = Shortfall::NoCarriageReturn;
+        l.outcome.linesLeftOut = survey.lineFeeds;
+    }
 }

@@ -36,6 +36,7 @@ void quickChoice(Link &l) {
 void SendFile(Link &l) {
     Globals &g = l.g;
     CmDialog &d = l.dialog;
+    const OutcomeRecord::Scope record(l.outcome, OperationName::SendFile, l.state);
     const QString tapeDir = GetProfile(g, g.ConfigSection, QStringLiteral("TapeDir"));
     if (!tapeDir.isEmpty())
         d.InitDir = tapeDir;
@@ -53,8 +54,10 @@ void SendFile(Link &l) {
         d.ShowOpen(l.screen);
 
     const QString FileName = d.FileName;
-    if (FileName.isEmpty())
+    if (FileName.isEmpty()) {
+        l.outcome.fail(OutcomeKind::Cancelled);
         return;
+    }
     // Stored before the transfer, so the folder is remembered also when it fails.
     PutProfile(g, g.ConfigSection, QStringLiteral("TapeDir"), folderOf(FileName));
     SendData(l, FileName);

@@ -2,6 +2,7 @@
 // The operations of program transfer: send, receive, save.
 
 #include "dialogue.h"
+#include "reply_loop.h"
 
 #include <QByteArray>
 #include <QFileDevice>
@@ -16,6 +17,11 @@ void SendData(Link &l, const QString &FileName);
 QByteArray StripSpaces(const QByteArray &line);
 
 void ReceiveFile(Link &l);
+// What a reply left for the record: the program or list, its counts, how it ended. A silence
+// is a time-out; a reply ended at once (an EOT) means the control had nothing to give.
+void noteReception(Link &l, const ReplyTally &tally, const QByteArray &reply);
 void SaveFile(Link &l, const QByteArray &buffer);
 // What a save writes to an open file: the received bytes as they came, then one CR LF.
 bool writeSavedProgram(QFileDevice &out, const QByteArray &buffer);
+// Lower-case hex SHA-256 of what writeSavedProgram writes.
+QByteArray savedProgramSha256(const QByteArray &buffer);

@@ -32,6 +32,7 @@ bool waitFor(Link &l, int least, bool (*answered)(const QByteArray &)) {
             break;
         }
         if (g.TimedOut) {
+            l.outcome.fail(OutcomeKind::TimedOut, g.Text(TimeoutMessage));
             l.screen.msgBox(g.Text(TimeoutMessage), BoxIcon::None, QString());
             break;
         }

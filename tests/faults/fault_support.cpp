@@ -1,5 +1,7 @@
 #include "fault_support.h"
 
+#include <QCryptographicHash>
+
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -165,4 +167,8 @@ void recordFault(const QString &faultClass, const QString &outcome, qsizetype lo
                     .arg(elapsedMs)
                     .arg(hungAfterMs)
                     .toUtf8());
+}
+
+QByteArray sha256Hex(const QByteArray &bytes) {
+    return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex();
 }

@@ -51,7 +51,8 @@ private:
 QString armFault(Trigger &trigger, const QString &fault, VControlProcess &vc, const QString &link,
                  std::function<void()> close, std::function<bool()> listShown = {});
 
-QByteArray everyByte(); // bytes 0 to 255 in order
+QByteArray everyByte();                        // bytes 0 to 255 in order
+QByteArray sha256Hex(const QByteArray &bytes); // lower-case
 
 // Takes the box a case expects, one with `icon` that says `told`, and returns its text when it is
 // not that. None when `told` is empty: the screen fails the test on a box nobody took.

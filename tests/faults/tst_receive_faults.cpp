@@ -20,37 +20,38 @@ class TstReceiveFaults : public QObject {
 private slots:
     void receive_data() {
         QTest::addColumn<QStringList>("control");
-        QTest::addColumn<B>("program");      // as the control holds it, lines end CR
-        QTest::addColumn<QString>("fault");  // see armFault
-        QTest::addColumn<QString>("saveTo"); // "" a new file; "read-only", "full, old file",
-                                             // "full, new file", "fifo", "room, old file"
-        QTest::addColumn<B>("arrived");      // at the control, exactly
-        QTest::addColumn<B>("saved");        // what the file holds afterwards; none if empty
-        QTest::addColumn<QString>("told");   // words of the one critical box; none if empty
+        QTest::addColumn<B>("program");       // as the control holds it, lines end CR
+        QTest::addColumn<QString>("fault");   // see armFault
+        QTest::addColumn<QString>("saveTo");  // "" a new file; "read-only", "full, old file",
+                                              // "full, new file", "fifo", "room, old file"
+        QTest::addColumn<B>("arrived");       // at the control, exactly
+        QTest::addColumn<B>("saved");         // what the file holds afterwards; none if empty
+        QTest::addColumn<QString>("told");    // words of the one critical box; none if empty
+        QTest::addColumn<QString>("outcome"); // the kind the record is left with
 
         const QStringList quietFrom3 = C303 + QStringList{"--silent-from-line", "3"};
         const B three = numberedLines(3, "\r"), two("L1\r\nL2\r\n\r\n"), half("L1\r\nL\r\n");
         const B big = B(10 << 20, 'C') + "\r", every = everyByte().remove(4, 1) + "\r";
         row("far end closed mid-program", quietFrom3, three, "stop at SILENT", "", Pc + Go + Go,
-            two, "unplugged");
+            two, "unplugged", "port failure");
         row("USB adapter pulled mid-program", quietFrom3, three, "pull at SILENT", "", Pc + Go + Go,
-            two, "unplugged");
+            two, "unplugged", "port failure");
         row("window closed in the reception wait", C303 + QStringList{"--stall-mid-line", "2"},
-            three, "close at STALLED", "", Pc + Go, half, "");
-        row("10 MB line", C303, big, "", "", Pc + Go, big + "\n\r\n", "");
+            three, "close at STALLED", "", Pc + Go, half, "", "interrupted");
+        row("10 MB line", C303, big, "", "", Pc + Go, big + "\n\r\n", "", "done");
         row("every byte value but EOT", C303, every, "", "", Pc + Go + Go,
-            B(every).replace("\r", "\r\n") + "\r\n", "");
+            B(every).replace("\r", "\r\n") + "\r\n", "", "done");
         // A program larger than a page, so that it cannot fit where the old file was.
         const B wide = B(8000, 'W') + "\r";
         row("save folder read-only", C303, wide, "", "read-only", Pc + Go, B(),
-            "Read-only file system");
+            "Read-only file system", "file failure");
         row("disk full, over an old file", C303, wide, "", "full, old file", Pc + Go, Old,
-            "No space left on device");
+            "No space left on device", "file failure");
         row("disk full, a new file", C303, wide, "", "full, new file", Pc + Go, B(),
-            "No space left on device");
-        row("save onto a FIFO", C303, wide, "", "fifo", Pc + Go, B(), "is a FIFO");
+            "No space left on device", "file failure");
+        row("save onto a FIFO", C303, wide, "", "fifo", Pc + Go, B(), "is a FIFO", "file failure");
         row("disk with room, over an old file", C303, three, "", "room, old file",
-            Pc + Go.repeated(3), numberedLines(3) + "\r\n", "");
+            Pc + Go.repeated(3), numberedLines(3) + "\r\n", "", "done");
     }
     void receive() {
         QFETCH(QString, saveTo);
@@ -110,6 +111,17 @@ private slots:
         QCOMPARE(takeBox(r.screen, told), QString());
         QCOMPARE(leftOver(r), QString());
         QCOMPARE(openDescriptors(target), 0);
+        // The record: how it ended; for a whole reception the program's characters as the
+        // control sent them, and the fingerprint of the file as it lies on disk.
+        const OutcomeRecord &o = r.link.outcome;
+        QTEST(outcomeWord(o.kind), "outcome");
+        QCOMPARE(o.operation, OperationName::ReceiveFile);
+        if (o.kind == OutcomeKind::Done) {
+            const B sent = vc.tx().left(vc.tx().lastIndexOf(WireChar::EOT));
+            QVERIFY(o.bytes == sent.size() && o.lines == sent.count('\r'));
+            QCOMPARE(o.sha256, sha256Hex(readFile(target)));
+            QCOMPARE(o.filePath, target);
+        }
         QVERIFY2(ms < 20000, qPrintable(QString::number(ms)));
 
         const QString outcome = (told.isEmpty() ? QStringLiteral("no box") : "critical: " + told) +

@@ -25,27 +25,34 @@ private slots:
         // At the control, exactly; halted for good: the X-on, then two or more whole lines.
         QTest::addColumn<B>("arrived");
         QTest::addColumn<QString>("told"); // the one box: the time-out, or words of a critical one
+        QTest::addColumn<QString>("outcome"); // the kind the record is left with
 
         const B ten = numberedLines(10), all = everyByte(), r3 = "R\r" + numberedLines(3, "\r");
         const B allOnWire = all.left(13) + "\r" + all.mid(14) + "\r";
         const QStringList quietFrom3 = C303 + QStringList{"--silent-from-line", "3"};
         const B halted = numberedLines(300, "\r");
-        row("far end closed mid-send", quietFrom3, ten, "stop at 3", r3, "unplugged");
-        row("USB adapter pulled mid-send", quietFrom3, ten, "pull at 3", r3, "unplugged");
+        row("far end closed mid-send", quietFrom3, ten, "stop at 3", r3, "unplugged",
+            "port failure");
+        row("USB adapter pulled mid-send", quietFrom3, ten, "pull at 3", r3, "unplugged",
+            "port failure");
         row("control silent after the start", C303 + QStringList{"--silent"}, ten, "", "R\r" + End,
-            Timeout);
-        row("control holds X-off forever", CXon + HaltForever, halted, "", Xon, Timeout);
-        row("window closed in the go-ahead wait", quietFrom3, ten, "close at 3", r3 + End, "");
-        row("window closed in the opening X-on wait", CXon, ten, "close at 0", Xon, "");
+            Timeout, "time-out");
+        row("control holds X-off forever", CXon + HaltForever, halted, "", Xon, Timeout,
+            "time-out");
+        row("window closed in the go-ahead wait", quietFrom3, ten, "close at 3", r3 + End, "",
+            "interrupted");
+        row("window closed in the opening X-on wait", CXon, ten, "close at 0", Xon, "",
+            "interrupted");
         row("window closed while held by X-off", CXon + HaltForever, halted, "close at HALT", Xon,
-            "");
+            "", "interrupted");
         row("10 MB line", C303, B(10 << 20, 'A') + "\r\n", "",
-            "R\r" + B(10 << 20, 'A') + "\r" + End, "");
-        row("every byte value, 303", C303, all, "", "R\r" + allOnWire + End, "");
-        row("every byte value, XonXoff", CXon, all, "", Xon + allOnWire, "");
-        row("NC file links to /dev/zero", C303, B("zero"), "", B(), "is a character device");
-        row("17 MB without a line end", C303, B(17 << 20, 'B'), "", "R\r" + End,
-            "line 1 is longer than 16 MB");
+            "R\r" + B(10 << 20, 'A') + "\r" + End, "", "done");
+        row("every byte value, 303", C303, all, "", "R\r" + allOnWire + End, "", "done");
+        row("every byte value, XonXoff", CXon, all, "", Xon + allOnWire, "", "done");
+        row("NC file links to /dev/zero", C303, B("zero"), "", B(), "is a character device",
+            "file failure");
+        row("17 MB without a line end", C303, B(17 << 20, 'B'), "", B(),
+            "line 1 is longer than 16 MB", "file failure");
     }
     void send() {
         QFETCH(QStringList, control);
@@ -85,6 +92,18 @@ private slots:
         QFETCH(QString, told);
         QCOMPARE(takeBox(r.screen, told, told == Timeout ? BoxIcon::None : BoxIcon::Critical),
                  QString());
+        // The record: how it ended, and for a whole send the program's characters as the
+        // control took them and the fingerprint of the file as it lies on disk.
+        const OutcomeRecord &o = r.link.outcome;
+        QTEST(outcomeWord(o.kind), "outcome");
+        QCOMPARE(o.operation, OperationName::SendData);
+        QVERIFY(o.started.isValid() && o.ended >= o.started);
+        if (o.kind == OutcomeKind::Done) {
+            const B program = control[1] == u"XonXoff" ? got.mid(1) : got.mid(2).chopped(2);
+            QCOMPARE(o.bytes, program.size());
+            QCOMPARE(o.lines, program.count('\r'));
+            QCOMPARE(o.sha256, sha256Hex(content));
+        }
         QCOMPARE(leftOver(r), QString());
         QCOMPARE(openDescriptors(path), 0);
         // No hang: within twice what the line needs at 4 Mbaud, and a margin for a loaded machine.

@@ -30,10 +30,12 @@ struct Run : ToolListHook {
         f.link.toolList = this;
         writeFile(path, content);
     }
+    QString toolFailure; // what the count reports
     void UpdateToolList(const QString &file) override {
         if (f.comm.opens == 0 && f.screen.pointers.isEmpty())
             toolCalls << file;
     }
+    QString failure() const override { return toolFailure; }
 };
 } // namespace
 
