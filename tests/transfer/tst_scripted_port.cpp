@@ -30,10 +30,13 @@ struct Run : ToolListHook {
         f.link.toolList = this;
         writeFile(path, content);
     }
-    QString toolFailure; // what the count reports
+    QString toolFailure;     // what the count reports
+    bool endInCount = false; // the operation is asked to end while the count runs
     void UpdateToolList(const QString &file) override {
         if (f.comm.opens == 0 && f.screen.pointers.isEmpty())
             toolCalls << file;
+        if (endInCount)
+            f.state.requestEnd();
     }
     QString failure() const override { return toolFailure; }
 };
@@ -76,13 +79,21 @@ private slots:
         QTest::addColumn<B>("file");
         QTest::addColumn<QString>("fault");
         QTest::addColumn<B>("wire");
+        QTest::addColumn<QString>("outcome"); // the kind the record is left with
+        QTest::addColumn<int>("leftOut");     // lines the record says the control did not get
         const B ten = numberedLines(10);
-        row("303", 1, ten, "", "R\r" + numberedLines(10, "\r") + Eot);
-        // The second line is blank once its blanks are gone: it ends the program.
-        row("303, NoSpace", 1, B(" G1 X 10\tY2 \r\n   \r\nZ\r\n"), "NoSpace",
-            "R\rG1X10\tY2\r" + Eot);
-        row("XonXoff, blank line as CR", 3, B("A\r\n\r\nB\r\n"), "", Xon + "A\r\rB\r");
-        row("missing file", 1, ten, "missing", B());
+        row("303", 1, ten, "", "R\r" + numberedLines(10, "\r") + Eot, "done", 0);
+        // The second line is blank once its blanks are gone: it ends the program. Of the lines
+        // behind it, those that hold anything are missing at the control.
+        row("303, NoSpace", 1, B(" G1 X 10\tY2 \r\n   \r\nZ\r\n\r\nM30\r\n"), "NoSpace",
+            "R\rG1X10\tY2\r" + Eot, "done", 2);
+        row("XonXoff, blank line as CR", 3, B("A\r\n\r\nB\r\n"), "", Xon + "A\r\rB\r", "done", 0);
+        row("LF line ends: one line", 1, B("A\nB\nC\n"), "", "R\rA\nB\nC\n\r" + Eot, "done", 3);
+        row("missing file", 1, ten, "missing", B(), "file failure", 0);
+        row("the count fails: sent all the same", 3, ten, "count fails",
+            Xon + numberedLines(10, "\r"), "not counted", 0);
+        // Nothing may go out: a control that took the start would store an empty program.
+        row("ended while the count waits", 1, ten, "end in count", B(), "interrupted", 0);
     }
     void send() {
         QFETCH(int, type);
@@ -92,6 +103,9 @@ private slots:
         Run r(type, file);
         const QString path = fault == "missing" ? r.dir.filePath("nothere.tap") : r.path;
         r.f.g.NoSpace = fault == "NoSpace";
+        r.endInCount = fault == "end in count";
+        if (fault == "count fails")
+            r.toolFailure = QStringLiteral("database is locked");
         // Each line must find the queue drained by the one before (nothing drains behind "R").
         r.f.comm.stallOutput = 2;
         r.f.comm.drainPerPoll = 1;
@@ -115,6 +129,10 @@ private slots:
                      qPrintable(box.text));
         }
         QCOMPARE(r.toolCalls, QStringList{path}); // counted also when the file then fails
+        const OutcomeRecord &o = r.f.link.outcome;
+        QTEST(outcomeWord(o.kind), "outcome");
+        QTEST(int(o.linesLeftOut), "leftOut");
+        QCOMPARE(o.shortfall != Shortfall::None, o.linesLeftOut > 0);
         QVERIFY(r.f.comm.opens == int(!wire.isEmpty()) && r.f.comm.closes == r.f.comm.opens);
         if (!wire.isEmpty()) { // the line as set up, the clock at the time-out of a line
             QVERIFY(r.f.comm.port == 2 && r.f.comm.settings == "9600,E,7,1" && r.f.comm.dtr);
@@ -124,18 +142,37 @@ private slots:
     }
 
     // The silence that ends a reception, which fuzz/fuzz_reply_loops does not state: a tick
-    // while a chunk is being taken does not count, the silence is counted anew.
+    // while a chunk is being taken does not count, the silence is counted anew. And what the
+    // dialogue's rules drop is counted in the record.
+    void receive_data() {
+        QTest::addColumn<Chunks>("chunks");
+        QTest::addColumn<B>("answered"); // the go-aheads after the request
+        QTest::addColumn<QString>("kept");
+        QTest::addColumn<int>("dropped");
+        row("a tick while a chunk is taken", Chunks{"", "A\r", Tick, "\x04"}, Go, "A\r\n", 0);
+        row("two lines in one chunk", Chunks{"A\rB\r", "C\r", "\x04"}, Go + Go, "A\r\nC\r\n", 1);
+        row("a line and the start of the next", Chunks{"A\rB", "C\r", "\x04"}, Go + Go,
+            "A\r\nC\r\n", 1);
+        row("a line in the chunk of the EOT", Chunks{"A\r", "B\r\x04"}, Go, "A\r\n", 1);
+    }
     void receive() {
+        QFETCH(Chunks, chunks);
         Run r(1, B());
         FakeLink &f = r.f;
         f.g.TimedOut = true; // left by an earlier wait
-        deliverChunks(f, Chunks{"", "A\r", Tick, "\x04"});
+        deliverChunks(f, chunks);
         ReceiveFile(f.link);
-        QCOMPARE(f.comm.written(), Pc + Go);
+        QFETCH(B, answered);
+        QCOMPARE(f.comm.written(), Pc + answered);
         QVERIFY(!f.g.TimedOut);
-        QCOMPARE(f.screen.text1, QStringLiteral("A\r\n"));
+        QTEST(f.screen.text1, "kept");
         QCOMPARE(f.screen.saveRequests.size(), 1);
         QCOMPARE(leftOver(f), QString());
+        const OutcomeRecord &o = f.link.outcome;
+        QCOMPARE(o.kind, OutcomeKind::Cancelled); // nobody chose a file to save to
+        QCOMPARE(o.received, f.screen.text1.toLatin1());
+        QCOMPARE(o.bytes, o.received.size() - o.received.count('\n'));
+        QTEST(int(o.linesLeftOut), "dropped");
     }
 };
 
