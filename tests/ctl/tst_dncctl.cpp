@@ -23,6 +23,9 @@ public:
 
     bool start(const QString &type, const QStringList &faults = {}, int baud = 115200) {
         writeFile(path("PART.tap"), Part);
+        writeFile(path("-part.tap"), "N1\r\n");
+        writeFile(path("BLANK.tap"), "N1\r\n\r\nN2\r\nN3\r\n");
+        writeFile(path("LF.tap"), "N1\nN2\n");
         if (!writeFile(stored("A1.NC"), "N1 G0 X0\rN2 M30\r") ||
             !writeFile(stored("B 2.NC"), "N1\r") ||
             !vc.start(QStringList{"--type", type, "--dir", m_store.path(), "--end-gap", "200"} +
@@ -31,7 +34,10 @@ public:
         m_env.insert("XDG_CONFIG_HOME", m_dir.path());
         m_env.insert("DNC_CLOCK_DIVISOR", "20"); // a 5 s time-out takes 250 ms
         m_env.insert("DNC_COM1", vc.device());
+        // [Zero] names a port that is none.
         return writeFile(path("dnc.ini"), QStringLiteral("[Shop]\nPort=COM1:\nBaud=%1\nParity=N\n"
+                                                         "Data=8\nStop=1\nCNC=%2\n[Zero]\n"
+                                                         "Port=COM0:\nBaud=9600\nParity=N\n"
                                                          "Data=8\nStop=1\nCNC=%2\n")
                                               .arg(baud)
                                               .arg(type)
@@ -40,15 +46,17 @@ public:
     QString path(const QString &name) const { return m_dir.filePath(name); }
     QString stored(const QString &name) const { return m_store.filePath(name); }
 
-    // Starts dncctl in this folder.
-    void launch(QProcess &p, const QStringList &args) const {
+    // Starts dncctl, or `program`, in this folder.
+    void launch(QProcess &p, const QStringList &args,
+                const QString &program = QStringLiteral(DNCCTL_PATH)) const {
         p.setProcessEnvironment(m_env);
         p.setWorkingDirectory(m_dir.path());
-        p.start(QStringLiteral(DNCCTL_PATH), args);
+        p.start(program, args);
     }
     // Runs dncctl to its end: its exit status, -1 unless it ends normally within a minute.
-    int run(QProcess &p, const QStringList &args) const {
-        launch(p, args);
+    int run(QProcess &p, const QStringList &args,
+            const QString &program = QStringLiteral(DNCCTL_PATH)) const {
+        launch(p, args, program);
         return p.waitForFinished(60000) && p.exitStatus() == QProcess::NormalExit ? p.exitCode()
                                                                                   : -1;
     }
@@ -104,6 +112,24 @@ private slots:
         row("send 303, the device vanishes", "303", {"send", "PART.tap"},
             "R\r(PART)\r/T4 DRILL 8.5\rN10 G0 X0\r", 4, {}, {}, {"--crash-after-line", "3"},
             "it was unplugged, or closed at the other end");
+        // Ended well on the wire, but the control lacks lines: a status of their own.
+        row("send 303, a blank line stops it", "303", {"send", "BLANK.tap"}, "R\rN1\r\x04\r", 10,
+            {}, {}, {}, "the 2 lines with text behind it were not sent");
+        row("send 303, LF line ends only", "303", {"send", "LF.tap"}, "R\rN1\nN2\n\r\x04\r", 10, {},
+            {}, {}, "its 2 lines ended by LF went out as one line");
+        row("receive 303, two lines a chunk", "303", {"receive", "got.tap"}, "PC\r" + Go + Go, 10,
+            {}, "N1 G0 X0\r\n\r\n", {"--two-lines"}, "1 lines the control sent were not kept");
+        row("delete a name not on the control", "504", {"delete", "C3.NC"}, listing, 6, {}, {}, {},
+            "C3.NC: no such program");
+        // Mistakes of a script's, told before the port opens.
+        row("a file named with a dash, after --", "303", {"send", "--", "-part.tap"},
+            "R\rN1\r\x04\r", 0);
+        row("an empty limit string", "303", {"-x", "", "send", "PART.tap"}, {}, 2, {}, {}, {},
+            "-x takes");
+        row("a section whose port is COM0:", "303", {"-s", "Zero", "send", "PART.tap"}, {}, 8, {},
+            {}, {}, "Port=COM0: in section [Zero]");
+        row("--port naming no device", "303", {"--port", "/dev/ttyDNCNONE", "list"}, {}, 4, {}, {},
+            {}, "there is no such device");
     }
     void commands() {
         QFETCH(QString, type);
@@ -123,6 +149,8 @@ private slots:
         const QByteArray reason = p.readAllStandardError();
         QVERIFY2(reason.isEmpty() == (code == 0), reason.constData());
         QVERIFY2(QString::fromUtf8(reason).contains(err), reason.constData());
+        // A device named for the run is not to be chosen in the window's dialog.
+        QVERIFY2(!args.contains("--port") || !reason.contains("Setup"), reason.constData());
         QCOMPARE(rig.vc.rxSettled(rx.size()), rx);
         QCOMPARE(QFile::exists(rig.path("got.tap")), !saved.isNull());
         QCOMPARE(readFile(rig.path("got.tap")), saved);
@@ -163,6 +191,50 @@ private slots:
             QVERIFY(rig.vc.waitForEvent("STORED"));
         QVERIFY(!QFile::exists(rig.path("got.tap")));
         QCOMPARE(reason.contains("not saved"), !send);
+    }
+
+    // Standard output closed or full: the program is not lost unseen, and never goes down the
+    // line in place of the terminal.
+    void standardOutput_data() {
+        QTest::addColumn<QString>("redirect");
+        QTest::addColumn<QString>("err");
+        QTest::addColumn<QByteArray>("rx");
+        const QByteArray asked = "MC,/ISO\r" + Go + Go + Go + "PC,/ISO/A1.NC\r" + Go + Go + Go;
+        QTest::newRow("closed") << ">&-"
+                                << "standard output is closed" << QByteArray();
+        QTest::newRow("full") << ">/dev/full"
+                              << "No space left on device" << asked;
+    }
+    void standardOutput() {
+        QFETCH(QString, redirect);
+        QFETCH(QByteArray, rx);
+        Rig rig;
+        QVERIFY2(rig.start("504"), qPrintable(rig.vc.errorString()));
+        QProcess p;
+        const QString line = QStringLiteral("exec '%1' -s Shop receive A1.NC - %2")
+                                 .arg(QStringLiteral(DNCCTL_PATH), redirect);
+        QCOMPARE(rig.run(p, {"-c", line}, QStringLiteral("/bin/sh")), 5);
+        QFETCH(QString, err);
+        const QByteArray reason = p.readAllStandardError();
+        QVERIFY2(reason.contains(err.toUtf8()), reason.constData());
+        QCOMPARE(rig.vc.rxSettled(rx.size()), rx);
+    }
+
+    // Ended while the count waits for a database another station holds: the control is told
+    // nothing, not even the start, so that it stores no empty program.
+    void interruptWhileCounting() {
+        Rig rig;
+        QVERIFY2(rig.start("303"), qPrintable(rig.vc.errorString()));
+        ToolDbFixture db;
+        QVERIFY(db.exec(QStringLiteral("BEGIN IMMEDIATE"))); // readers may, writers wait
+        QProcess p;
+        rig.launch(p, {"-s", "Shop", "-d", db.path(), "send", "PART.tap"});
+        QTest::qWait(700); // started, and waiting for the lock (it waits 2 s)
+        ::kill(pid_t(p.processId()), SIGTERM);
+        QVERIFY(p.waitForFinished(60000) && p.exitStatus() == QProcess::NormalExit);
+        QCOMPARE(p.exitCode(), 128 + SIGTERM);
+        QCOMPARE(rig.vc.rxSettled(0), QByteArray());
+        QVERIFY(db.exec(QStringLiteral("ROLLBACK")));
     }
 
     // A script's send with its own line and the tools counted: the line holds for this run
