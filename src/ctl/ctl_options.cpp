@@ -179,7 +179,10 @@ QString ctlUsage() {
         "  4    port failure: absent, busy, refused its settings, or gone\n"
         "  5    file failure: the file to send or to write cannot be used\n"
         "  6    no such program on the control, or the control sent none\n"
-        "  7    tool database failure\n"
+        "  7    the tool database cannot be used; nothing was sent\n"
         "  8    not offered by the control type, or the settings are incomplete\n"
+        "  9    sent, but the tools were not counted (the tool database failed)\n"
+        "  10   ended, but lines are missing: the send stopped at a blank line, the file\n"
+        "       has no CR (sent as one line), or the control sent lines that were not kept\n"
         "  130  interrupted by Ctrl-C (SIGINT); 143 by SIGTERM\n");
 }
