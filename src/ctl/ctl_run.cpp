@@ -251,7 +251,11 @@ int runDncctl(const CtlOptions &o) {
             screen.setSaveAnswer(toStdout ? QString() : QFileInfo(out).absoluteFilePath());
             if (named)
                 screen.setPick(o.args[0].toLocal8Bit());
-            ReceiveFile(link);
+            // An "XonXoff" control is asked for nothing: the operator punches at the machine.
+            if (g.CncType == CncXonXoff)
+                ReceivePunch(link, o.waitSeconds * 1000);
+            else
+                ReceiveFile(link);
             break;
         case CtlCommand::List:
             MapContext(link);

@@ -1,6 +1,7 @@
 #include "serial_comm.h"
 
 #include "open_failure.h"
+#include "port_owner.h"
 #include "serial_devices.h"
 #include "wire_trace.h"
 
@@ -101,6 +102,12 @@ void SerialComm::open() {
     m_closePosted = false;
 
     const QString path = devicePath();
+    // A station serves this machine: say so, rather than that some program holds the port.
+    if (const std::optional<PortOwner> station = stationHolding(path))
+        throw CommError{deviceName(),
+                        QStringLiteral("cannot be opened: %1 holds it. Stop the station "
+                                       "(systemctl stop dnc-station@%2) to use the port here.")
+                            .arg(stationText(*station), station->section)};
     const bool pty = isPseudoTerminal(path);
     m_pty = pty;
     m_emptyAt = 0;
