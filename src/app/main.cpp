@@ -1,10 +1,7 @@
 #include "command_line.h"
 #include "dnc_window.h"
-#include "event_loop_yield.h"
-#include "port_devices.h"
 #include "profile.h"
-#include "qt_link_timer.h"
-#include "serial_comm.h"
+#include "real_link_parts.h"
 #include "serial_devices.h"
 
 #include <QApplication>
@@ -18,13 +15,9 @@ int main(int argc, char *argv[]) {
     Globals g;
     g.iniPath = defaultIniPath();
     OperationState state;
-    SerialComm comm;
-    comm.setConfiguredDevices([&g](int port) { return configuredDevice(g, port); });
-    // A write held up by a control that stopped reading must not keep the window from closing.
-    comm.setOperationState(&state);
-    QtLinkTimer timer(g);
-    EventLoopYield yield(comm, timer);
-    DncWindow window(g, state, comm, timer, yield, commandLineFromArgs(app.arguments().mid(1)));
+    RealLinkParts parts(g, state);
+    DncWindow window(g, state, parts.comm, parts.timer, parts.yield,
+                     commandLineFromArgs(app.arguments().mid(1)));
     if (window.startRefused())
         return 2;
     window.setSerialDeviceScan([] { return presentSerialDevices(); });

@@ -5,11 +5,9 @@
 #include "ctl_outcome.h"
 #include "ctl_texts.h"
 #include "directory.h"
-#include "event_loop_yield.h"
 #include "line_overrides.h"
 #include "profile.h"
-#include "qt_link_timer.h"
-#include "serial_comm.h"
+#include "real_link_parts.h"
 #include "settings.h"
 #include "signal_pipe.h"
 #include "text_table.h"
@@ -182,17 +180,12 @@ int runDncctl(const CtlOptions &o) {
     }
 
     // The real parts, wired as the window wires them.
-    SerialComm serial(o.port);
-    // A write held up by a control that stopped reading must not keep Ctrl-C from ending.
-    serial.setOperationState(&state);
-    WatchedComm comm(serial);
-    // Tests run the clock faster so that a silence ends a wait without real seconds.
-    QtLinkTimer timer(g, std::max(1, qEnvironmentVariableIntValue("DNC_CLOCK_DIVISOR")));
+    RealLinkParts parts(g, state, o.port, RealLinkParts::clockDivisorFromEnvironment());
+    WatchedComm comm(parts.comm);
     if (const int interval = startupTimerInterval(g.CncType))
-        timer.setInterval(interval);
-    EventLoopYield yield(serial, timer);
+        parts.timer.setInterval(interval);
     CmDialog dialog;
-    Link link{g, comm, timer, yield, screen, dialog, state};
+    Link link{g, comm, parts.timer, parts.yield, screen, dialog, state};
     ToolListUpdater counter(g, screen);
     ToolListWatch watch(counter, screen);
     if (g.ToolDbEnabled)

@@ -11,11 +11,8 @@
 
 #include "command_line.h"
 #include "dnc_window.h"
-#include "event_loop_yield.h"
-#include "port_devices.h"
 #include "profile.h"
-#include "qt_link_timer.h"
-#include "serial_comm.h"
+#include "real_link_parts.h"
 #include "serial_devices.h"
 #include "setup_dialog.h"
 
@@ -80,12 +77,8 @@ int main(int argc, char *argv[]) {
     Globals g;
     g.iniPath = defaultIniPath();
     OperationState state;
-    SerialComm comm;
-    comm.setConfiguredDevices([&g](int port) { return configuredDevice(g, port); });
-    comm.setOperationState(&state);
-    QtLinkTimer timer(g);
-    EventLoopYield yield(comm, timer);
-    DncWindow window(g, state, comm, timer, yield, commandLineFromArgs(dncArgs));
+    RealLinkParts parts(g, state);
+    DncWindow window(g, state, parts.comm, parts.timer, parts.yield, commandLineFromArgs(dncArgs));
     window.setSerialDeviceScan([] { return presentSerialDevices(); });
     window.show();
 
