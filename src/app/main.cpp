@@ -8,6 +8,9 @@
 #include <QIcon>
 #include <QTimer>
 
+// How long the window is left to show and paint itself before its picture is taken.
+constexpr int ScreenshotDelayMs = 1500;
+
 int main(int argc, char *argv[]) {
     QApplication app(argc, argv);
     app.setWindowIcon(QIcon(QStringLiteral(":/dnc/dnc.png")));
@@ -26,7 +29,7 @@ int main(int argc, char *argv[]) {
     // For a machine without a screen: a picture of the window, then the end.
     const QString shot = qEnvironmentVariable("DNC_SCREENSHOT");
     if (!shot.isEmpty()) {
-        QTimer::singleShot(1500, &window, [&window, shot] {
+        QTimer::singleShot(ScreenshotDelayMs, &window, [&window, shot] {
             window.grab().save(shot);
             window.close();
         });

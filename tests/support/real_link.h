@@ -3,6 +3,7 @@
 // `divisor` times faster (a silence ends a wait without real seconds), the event loop's yield.
 
 #include "fake_link.h"
+#include "link_times.h"
 #include "real_link_parts.h"
 
 // The operator picks entry `pick` of List1 as soon as it shows one.
@@ -29,6 +30,6 @@ struct RealLink {
         g.ComSettings = QStringLiteral("COM1:115200,N,8,1"); // 8 bits: every byte value passes
         g.CncType = cncType;
         // As after a first transmission: long enough for a loaded test machine.
-        timer.setInterval(5000);
+        timer.setInterval(AnswerTimeoutMs);
     }
 };

@@ -28,6 +28,10 @@
 namespace {
 
 constexpr int GiveUpMs = 60000;
+constexpr int PollMs = 20;
+// Time to be shown and painted before being touched or taken: the window, the setup dialog.
+constexpr int WindowShownMs = 500;
+constexpr int DialogShownMs = 300;
 int failed = 0; // the exit status once the window has closed
 
 int usage() {
@@ -36,7 +40,7 @@ int usage() {
     return 2;
 }
 
-// Runs `step` every 20 ms until it returns true.
+// Runs `step` every PollMs until it returns true.
 void poll(QObject *owner, std::function<bool()> step) {
     auto *t = new QTimer(owner);
     QObject::connect(t, &QTimer::timeout, owner, [t, step] {
@@ -45,7 +49,7 @@ void poll(QObject *owner, std::function<bool()> step) {
             t->deleteLater();
         }
     });
-    t->start(20);
+    t->start(PollMs);
 }
 
 void save(QWidget *w, const QString &out) {
@@ -87,8 +91,7 @@ int main(int argc, char *argv[]) {
         QCoreApplication::exit(1);
     });
 
-    // Let the window be shown and painted before it is touched.
-    QTimer::singleShot(500, &window, [&] {
+    QTimer::singleShot(WindowShownMs, &window, [&] {
         if (mode == QLatin1String("window")) {
             save(&window, out);
             window.close();
@@ -99,7 +102,7 @@ int main(int argc, char *argv[]) {
                 auto *setup = qobject_cast<SetupDialog *>(QApplication::activeModalWidget());
                 if (!setup || !setup->isVisible())
                     return false;
-                QTimer::singleShot(300, setup, [&, setup] {
+                QTimer::singleShot(DialogShownMs, setup, [&, setup] {
                     save(setup, out);
                     setup->reject();
                 });
