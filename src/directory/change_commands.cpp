@@ -6,7 +6,7 @@ namespace {
 
 // Two letters alone, no CR and no go-ahead; closing the port lets them leave first.
 void sendTwoLetters(Link &l, const QByteArray &letters) {
-    if (l.g.CncType > Cnc303)
+    if (l.g.CncType != Cnc303 && l.g.CncType != CncNone)
         return;
     runOnPort(l, [&] {
         l.screen.setMousePointer(11);

@@ -152,7 +152,7 @@ template <class L> QString leftOver(L &l) {
         left << QStringLiteral("timer running");
     if (l.screen.label1Visible)
         left << QStringLiteral("Label1 shown");
-    if (l.screen.pointer == 11)
+    if (l.screen.pointer == HourglassPointer)
         left << QStringLiteral("hourglass");
     return left.join(QStringLiteral(", "));
 }
