@@ -121,18 +121,14 @@ int main(int argc, char *argv[]) {
         }
     }
 
-    SerialComm comm;
-    comm.setConfiguredDevices([&g](int port) { return configuredDevice(g, port); });
-    comm.setOperationState(&state);
-    QtLinkTimer timer(g, std::max(1, qEnvironmentVariableIntValue("DNC_CLOCK_DIVISOR")));
-    EventLoopYield yield(comm, timer);
+    RealLinkParts parts(g, state, QString(), RealLinkParts::clockDivisorFromEnvironment());
     StationScreen screen(log);
     CmDialog dialog;
-    Link link{g, comm, timer, yield, screen, dialog, state};
-    ToolListUpdater counter(g, screen, DefaultBusyTimeoutMs, &yield);
+    Link link{g, parts.comm, parts.timer, parts.yield, screen, dialog, state};
+    ToolListUpdater counter(g, screen, DefaultBusyTimeoutMs, &parts.yield);
     if (g.ToolDbEnabled)
         link.toolList = &counter;
-    Station station(link, comm, settings, log, readAll);
+    Station station(link, parts.comm, settings, log, readAll);
     interrupts.setHangupHandler([&station] { station.requestReload(); });
     return station.run();
 }
