@@ -1,11 +1,8 @@
 // dnc-station: serves one machine, the section named by -s, with nobody at the PC.
 #include "app_info.h"
 #include "command_line.h"
-#include "event_loop_yield.h"
-#include "port_devices.h"
 #include "profile.h"
-#include "qt_link_timer.h"
-#include "serial_comm.h"
+#include "real_link_parts.h"
 #include "settings.h"
 #include "signal_pipe.h"
 #include "station.h"
