@@ -12,6 +12,7 @@
 #include <optional>
 
 #include <pwd.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 class TstSerialComm : public QObject {
@@ -176,6 +177,30 @@ private slots:
                                 .arg(QRegularExpression::escape(pty().slavePath()));
         const QRegularExpression rx(one, QRegularExpression::DotMatchesEverythingOption);
         QVERIFY2(rx.match(text).hasMatch(), qPrintable(text));
+    }
+
+    // The kernel raises DTR and RTS at each opening: right behind it the port sets them on the
+    // device it opened, DTR as enabled and RTS down. A pseudo-terminal refuses both and opens.
+    void modemLines() {
+        struct stat device {};
+        QCOMPARE(::stat(QFile::encodeName(pty().slavePath()).constData(), &device), 0);
+        QList<QList<bool>> set; // on the device opened, DTR, RTS
+        SerialComm comm(pty().slavePath());
+        comm.setModemLineSetter([&](int fd, bool dtr, bool rts) {
+            struct stat st {};
+            set << QList<bool>{::fstat(fd, &st) == 0 && st.st_rdev == device.st_rdev, dtr, rts};
+            return SerialComm::setModemLines(fd, dtr, rts);
+        });
+        comm.setPortOpen(true);
+        QCOMPARE(set, (QList<QList<bool>>{{true, false, false}}));
+        comm.setDTREnable(true);
+        comm.setPortOpen(false);
+        comm.setPortOpen(true);
+        comm.output("R\r");
+        QCOMPARE(pty().receiveCount(2, 2000), QByteArray("R\r"));
+        comm.setPortOpen(false);
+        QCOMPARE(set, (QList<QList<bool>>{
+                          {true, false, false}, {true, true, false}, {true, true, false}}));
     }
 
     // udev's by-id links are the stable names; a device without one keeps its own.

@@ -19,6 +19,7 @@ public:
     bool start(const QStringList &args, int timeoutMs = 5000);
     QString device() const { return m_device; } // the slave side of the pseudo-terminal
     QString errorString() const { return m_error; }
+    qint64 pid() const { return m_process.processId(); }
 
     bool stop(int timeoutMs = 3000); // SIGTERM: a clean exit, the link removed
 

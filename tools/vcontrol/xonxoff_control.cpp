@@ -42,7 +42,9 @@ void XonXoffControl::run() {
             until = std::min(until, m_haltUntil);
             m_w.busy();
         }
-        if (m_inProgram && fill() == 0)
+        // The end of a program is looked for only when it can come: a held program's end
+        // gap runs out in the past, and every pass would wait for nothing.
+        if (m_inProgram && fill() == 0 && !held())
             until = std::min(until, m_w.lastRxUs() + int64_t(m_o.endGapMs) * 1000);
         const bool idleLine = m_w.inbox().empty();
         if (m_w.receive(until) && idleLine)
