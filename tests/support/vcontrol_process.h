@@ -27,6 +27,9 @@ public:
     void refresh();
     const QByteArray &rx() const { return m_rx; } // from the program to the control
     const QByteArray &tx() const { return m_tx; }
+    // Microseconds from the control's last write before the first byte it read to that byte:
+    // how long a request waited for its answer. -1 until it has read something.
+    qint64 answerGapUs() const { return m_firstRxUs < 0 ? -1 : m_firstRxUs - m_txBeforeRxUs; }
     // The rest of the line of each event `word` (START, STORED, XOFF, OVERRUN, EXIT...).
     QStringList eventTexts(const QString &word) const;
     // Everything the control read, once it has read `expected` bytes (or 3 s have passed) and
@@ -48,5 +51,8 @@ private:
     QByteArray m_partial;
     QByteArray m_rx;
     QByteArray m_tx;
+    qint64 m_lastTxUs = 0;
+    qint64 m_firstRxUs = -1;
+    qint64 m_txBeforeRxUs = 0;
     QList<std::pair<QString, QString>> m_events; // word, text
 };
