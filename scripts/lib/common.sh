@@ -8,7 +8,7 @@ BUILD="$ROOT/build"
 # entry and the package as Debian would.
 PACKAGES=(build-essential cmake qt6-base-dev qt6-serialport-dev libqt6sql6-sqlite
           qt6-qpa-plugins libgl-dev fonts-dejavu-core xvfb xauth sqlite3 clang-format ccache
-          man-db desktop-file-utils lintian postgresql libqt6sql6-psql)
+          man-db desktop-file-utils lintian postgresql libqt6sql6-psql systemd)
 
 install_deps() {
     local missing=()

@@ -41,6 +41,11 @@ ROOT="$WORK/root"
 dpkg -x "$deb" "$ROOT"
 programs=(dnc dncctl dnc-vcontrol)
 expected=(
+    usr/bin/dnc-station
+    usr/share/man/man8/dnc-station.8.gz
+    usr/lib/systemd/system/dnc-station@.service
+    usr/lib/sysusers.d/dnc.conf
+    usr/share/doc/dnc/examples/dnc-station.ini
     usr/share/applications/dnc.desktop
     usr/share/icons/hicolor/scalable/apps/dnc.svg
     usr/share/icons/hicolor/48x48/apps/dnc.png
@@ -53,7 +58,7 @@ for f in "$SRC"/sql/*.sql; do expected+=("usr/share/dnc/$(basename "$f")"); done
 for f in "${expected[@]}"; do
     [ -f "$ROOT/$f" ] || fail "not installed: /$f"
 done
-for p in "${programs[@]}"; do
+for p in "${programs[@]}" dnc-station; do
     bin="$ROOT/usr/bin/$p"
     [ -x "$bin" ] || fail "not executable: /usr/bin/$p"
     # Stripped as Debian strips: no symbol table, no compiler's notes.
@@ -62,7 +67,7 @@ for p in "${programs[@]}"; do
 done
 # Compressed as Debian wants them: gzip at its best, with no file name and no time stamp in
 # the header (gzip -9n), so that the package's bytes do not change from build to build.
-for f in usr/share/man/man1/*.1.gz usr/share/doc/dnc/changelog.Debian.gz; do
+for f in usr/share/man/man1/*.1.gz usr/share/man/man8/*.8.gz usr/share/doc/dnc/changelog.Debian.gz; do
     for g in "$ROOT"/$f; do
         header="$(od -A n -t x1 -N 10 "$g" | tr -d ' \n')"
         # magic 1f8b, deflate 08, no flags 00, time 00000000, best compression 02, any system
@@ -89,11 +94,19 @@ if command -v desktop-file-validate > /dev/null; then
     desktop-file-validate "$desktop" || fail "desktop-file-validate"
 fi
 # The manual pages render without a warning.
-for p in "${programs[@]}"; do
+for page in "${programs[@]/%/.1}" dnc-station.8; do
     warnings="$(LC_ALL=C.UTF-8 MANWIDTH=80 man --warnings -E UTF-8 -l \
-        "$ROOT/usr/share/man/man1/$p.1.gz" 2>&1 > /dev/null)"
-    [ -z "$warnings" ] || fail "manual page $p.1: $warnings"
+        "$ROOT/usr/share/man/man${page##*.}/$page.gz" 2>&1 > /dev/null)"
+    [ -z "$warnings" ] || fail "manual page $page: $warnings"
 done
+# The station's service, as systemd reads it, for an instance: the program it starts is the
+# one unpacked here.
+unit="$WORK/dnc-station@Lathe1.service"
+sed "s|/usr/bin/dnc-station|$ROOT/usr/bin/dnc-station|" \
+    "$ROOT/usr/lib/systemd/system/dnc-station@.service" > "$unit"
+verified="$(systemd-analyze verify --man=no "$unit" 2>&1)" || fail "systemd-analyze: $verified"
+[ -z "$verified" ] || fail "systemd-analyze: $verified"
+"$ROOT/usr/bin/dnc-station" --version | grep -q "${version%-*}" || fail "dnc-station --version"
 # dnc(1) says that -d may name a server, and where the shell's commands are.
 dnc_page="$(LC_ALL=C MANWIDTH=200 man -l "$ROOT/usr/share/man/man1/dnc.1.gz" 2>/dev/null | col -b)"
 grep -q 'postgresql://' <<< "$dnc_page" || fail "dnc.1 does not name a postgresql:// server for -d"
