@@ -60,8 +60,9 @@ bool PortClaim::claim(const QString &device, const QString &section, PortOwner *
         return false;
     }
     QSaveFile out(file);
-    out.write(QByteArray::number(qint64(::getpid())) + '\n' + section.toUtf8() + '\n');
-    if (out.commit())
+    if (out.open(QIODevice::WriteOnly) &&
+        out.write(QByteArray::number(qint64(::getpid())) + '\n' + section.toUtf8() + '\n') > 0 &&
+        out.commit())
         m_file = file;
     return true; // a lock folder that takes no file does not stop the station serving
 }

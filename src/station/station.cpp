@@ -181,10 +181,14 @@ void Station::send(const QString &path, bool countTools) {
 }
 
 void Station::pause(int ms) {
-    const QDeadlineTimer deadline(ms);
+    const QDeadlineTimer deadline(ms, Qt::PreciseTimer);
     QTimer wake; // the event loop sleeps until it, a signal, or characters
     wake.setSingleShot(true);
-    wake.start(ms);
-    while (!deadline.hasExpired() && !m_l.state.ending() && !m_reload)
+    wake.setTimerType(Qt::PreciseTimer);
+    while (!deadline.hasExpired() && !m_l.state.ending() && !m_reload) {
+        // Armed anew each pass: a timer that fired a little early must not leave the loop
+        // asleep with nothing more to wake it.
+        wake.start(int(std::max<qint64>(deadline.remainingTime(), 0)));
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
 }

@@ -31,8 +31,8 @@ public:
     // The control, punching each of `punches` in turn from `punchAfterMs` on.
     bool startControl(const QList<QByteArray> &punches, int punchAfterMs = 1000,
                       const QStringList &more = {}) {
-        QStringList args{"--type",    "XonXoff", "--link", link(), "--dir", path("store"),
-                         "--end-gap", "300",     "--rate", "200000"};
+        QStringList args{"--type",      "XonXoff",   "--link", link(),   "--dir",
+                         path("store"), "--end-gap", "300",    "--rate", "200000"};
         for (int i = 0; i < punches.size(); ++i) {
             const QString file = path(QStringLiteral("punch%1").arg(i));
             writeFile(file, punches[i]);
@@ -41,21 +41,25 @@ public:
         return vc.start(args + QStringList{"--punch-after", QString::number(punchAfterMs)} + more);
     }
 
-    // The station of section [Lathe1], with the section's `extra` lines.
-    bool startStation(const QByteArray &extra = {}, const QStringList &args = {}) {
+    // The section [Lathe1] in the rig's dnc.ini, and the environment that finds it.
+    QProcessEnvironment settings() const {
         const QByteArray ini = "[Lathe1]\nPort=COM1:\nBaud=115200\nParity=N\nData=8\nStop=1\n"
                                "CNC=XonXoff\nProgramDir=" +
-                               path("programs").toUtf8() + "\nReceiveDir=" +
-                               path("received").toUtf8() + "\nRequestDelay=0.3\nPunchSilence=1\n" +
-                               extra;
-        if (!writeFile(path("dnc.ini"), ini))
-            return false;
+                               path("programs").toUtf8() +
+                               "\nReceiveDir=" + path("received").toUtf8() +
+                               "\nRequestDelay=0.3\nPunchSilence=1\n";
+        writeFile(path("dnc.ini"), ini);
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.insert("XDG_CONFIG_HOME", m_dir.path());
         env.insert("DNC_COM1", link());
         env.insert("DNC_LOCK_DIR", m_dir.path());
-        station.setProcessEnvironment(env);
-        station.start(QStringLiteral(DNC_STATION_PATH), QStringList{"-s", "Lathe1"} + args);
+        return env;
+    }
+
+    // The station of section [Lathe1].
+    bool startStation() {
+        station.setProcessEnvironment(settings());
+        station.start(QStringLiteral(DNC_STATION_PATH), QStringList{"-s", "Lathe1"});
         return station.waitForStarted(5000) && waitForLog("listening on");
     }
     QProcessEnvironment environment() const { return station.processEnvironment(); }
