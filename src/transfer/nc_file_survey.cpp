@@ -140,7 +140,6 @@ NcFileSurvey surveyNcFile(const QString &path, qint64 maxLine, const StartPoint 
     QFile file(path);
     if (!openRegularFile(file, s.error))
         return s;
-    QCryptographicHash hash(QCryptographicHash::Sha256);
     StartFinder finder(start, s);
     QByteArray block(256 * 1024, Qt::Uninitialized);
     QByteArray line; // kept only while the finder still looks
@@ -155,7 +154,6 @@ NcFileSurvey surveyNcFile(const QString &path, qint64 maxLine, const StartPoint 
         if (n == 0)
             break;
         const QByteArrayView got(block.constData(), n);
-        hash.addData(got);
         qsizetype from = 0;
         while (from < n) {
             if (afterCr) {
@@ -203,6 +201,14 @@ NcFileSurvey surveyNcFile(const QString &path, qint64 maxLine, const StartPoint 
             finder.visit(line, lines, lineStart, offset);
     }
     finder.finish(lines);
-    s.sha256 = hash.result().toHex();
     return s;
+}
+
+QByteArray sha256OfFile(const QString &path) {
+    QFile file(path);
+    QString why;
+    if (!openRegularFile(file, why))
+        return {};
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    return hash.addData(&file) ? hash.result().toHex() : QByteArray();
 }

@@ -6,6 +6,7 @@
 #include "wire_chars.h"
 
 #include <cmath>
+#include <future>
 #include <utility>
 
 namespace {
@@ -131,6 +132,9 @@ void SendData(Link &l, const QString &FileName) {
         if (const QString why = l.toolList->failure(); !why.isEmpty())
             l.outcome.fail(OutcomeKind::NotCounted, why);
     }
+    // The fingerprint for the record is made beside the send: on a long program it takes
+    // longer than anything else before the first byte.
+    std::future<QByteArray> sha256 = std::async(std::launch::async, sha256OfFile, FileName);
     // Ended while the count waited for the database: the control has been told nothing yet,
     // and must not be given an empty program.
     if (l.state.ending())
@@ -145,7 +149,6 @@ void SendData(Link &l, const QString &FileName) {
         l.screen.msgBox(text, BoxIcon::Critical, QString());
         return;
     }
-    l.outcome.sha256 = survey.sha256;
 
     runOnPort(l, [&] {
         SetCom(l);
@@ -190,6 +193,7 @@ void SendData(Link &l, const QString &FileName) {
             l.screen.msgBox(text, BoxIcon::Critical, QString());
         }
     });
+    l.outcome.sha256 = sha256.get();
     // Every line went out, but as one: the control got one line where the file has many.
     const bool wentOut =
         l.outcome.kind == OutcomeKind::Done || l.outcome.kind == OutcomeKind::NotCounted;
