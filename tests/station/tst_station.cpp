@@ -77,6 +77,28 @@ private slots:
         QCOMPARE(QDir(rig.path("received")).entryList(QDir::Files | QDir::Hidden).size(), 4);
     }
 
+    // A "303" speaks only when asked: nothing for a station to serve, and it says so. SIGHUP
+    // reads the settings again: a section changed to "303" is not taken up.
+    void settingsRefused() {
+        StationRig rig;
+        QVERIFY(rig.startControl({}));
+        QVERIFY2(rig.startStation(), qPrintable(rig.log()));
+        QByteArray ini = readFile(rig.path("dnc.ini")).replace("CNC=XonXoff", "CNC=303");
+        QVERIFY(writeFile(rig.path("dnc.ini"), ini));
+        ::kill(pid_t(rig.station.processId()), SIGHUP);
+        QVERIFY2(rig.waitForLog("settings read again, not used: a station serves a control "
+                                "\"XonXoff\" only"),
+                 qPrintable(rig.log()));
+        QCOMPARE(rig.station.state(), QProcess::Running);
+
+        QProcess second;
+        second.setProcessEnvironment(rig.environment());
+        second.start(QStringLiteral(DNC_STATION_PATH), {"-s", "Lathe1"});
+        QVERIFY(second.waitForFinished(10000));
+        QCOMPARE(second.exitCode(), 8);
+        QVERIFY(second.readAllStandardError().contains("\"303\" or \"504\" sends a program only"));
+    }
+
     // Asked for the port a station holds, the window's parts and dncctl name the station.
     void portHeld() {
         StationRig rig;
