@@ -81,7 +81,8 @@ private slots:
     // reads the settings again: a section changed to "303" is not taken up.
     void settingsRefused() {
         StationRig rig;
-        QVERIFY(rig.startControl({}));
+        QVERIFY(writeFile(rig.program("O1234.tap"), Part));
+        QVERIFY(rig.startControl({request("PRG=1234")}, 3000));
         QVERIFY2(rig.startStation(), qPrintable(rig.log()));
         QByteArray ini = readFile(rig.path("dnc.ini")).replace("CNC=XonXoff", "CNC=303");
         QVERIFY(writeFile(rig.path("dnc.ini"), ini));
@@ -90,6 +91,9 @@ private slots:
                                 "\"XonXoff\" only"),
                  qPrintable(rig.log()));
         QCOMPARE(rig.station.state(), QProcess::Running);
+        // Still serving the machine as it was set up.
+        QVERIFY2(rig.vc.waitForEvent("STORED", 1, 10000), qPrintable(rig.log()));
+        QCOMPARE(rig.vc.rxSettled(PartOnWire.size()), PartOnWire);
 
         QProcess second;
         second.setProcessEnvironment(rig.environment());
