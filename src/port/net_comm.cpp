@@ -356,7 +356,20 @@ void NetComm::output(const QByteArray &bytes) {
             requireUsable();
             continue;
         }
-        const QByteArray piece = bytes.mid(done, room);
+        // The socket's count is of bytes on the wire, where an IAC of the line is two.
+        qsizetype take = 0;
+        for (qint64 cost = 0; done + take < bytes.size(); ++take) {
+            cost += telnet && bytes[done + take] == Telnet::Iac ? 2 : 1;
+            if (cost > room)
+                break;
+        }
+        if (take == 0) {
+            wakeWhenInFlight(MaxInFlight - 2);
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+            requireUsable();
+            continue;
+        }
+        const QByteArray piece = bytes.mid(done, take);
         const QByteArray wire = telnet ? TelnetLayer::escape(piece) : piece;
         if (m_socket.write(wire) != wire.size()) {
             requireUsable();
@@ -385,7 +398,7 @@ int NetComm::outBufferCount() {
 }
 
 int NetComm::inBufferCount() {
-    if (m_open && !m_failure)
+    if (m_open)
         pull();
     // What came before the connection was lost is handed over first.
     if (m_in.isEmpty())
@@ -394,7 +407,7 @@ int NetComm::inBufferCount() {
 }
 
 QByteArray NetComm::input() {
-    if (m_open && !m_failure)
+    if (m_open)
         pull();
     if (m_in.isEmpty())
         requireUsable();
