@@ -229,6 +229,53 @@ private slots:
                      got.right(40).constData());
         }
     }
+
+    // After the control's X-off, what still reaches it stays within what the program lets be in
+    // flight and the line in progress, the device server and the network in between.
+    void xoffBound_data() {
+        QTest::addColumn<QString>("scheme");
+        row("tcp", QStringLiteral("tcp"));
+        row("rfc2217", QStringLiteral("rfc2217"));
+    }
+    void xoffBound() {
+        if (!Ser2netProcess::required())
+            return;
+        B file;
+        int longest = 0;
+        for (int i = 1; file.size() < 60000; ++i) {
+            const B line = "N" + B::number(i) + " G01 X" + B::number(i % 977) + ".125 Y-" +
+                           B::number(i % 313) + ".5" + B(i % 37, 'Z') + "\r\n";
+            longest = qMax(longest, int(line.size()) - 1);
+            file += line;
+        }
+        Served s;
+        const QString path = s.store.filePath(QStringLiteral("X.LCC"));
+        QVERIFY(writeFile(path, file));
+        Ser2netProcess::Options o;
+        o.line = QStringLiteral("230400n81");
+        QVERIFY(s.start({"--type", "XonXoff", "--buffer", "4096", "--xoff-at", "3072", "--xon-at",
+                         "1024", "--rate", "15000", "--baud", "230400", "--end-gap", "300"},
+                        o));
+        NetLink r(s.box.name(), CncXonXoff, 1);
+        r.g.ComSettings = QStringLiteral("COM1:230400,N,8,1");
+        SendData(r.link, path);
+        QCOMPARE(leftOver(r), QString());
+        QVERIFY2(r.screen.boxes.isEmpty(),
+                 r.screen.boxes.isEmpty() ? "" : qPrintable(r.screen.boxes.first().text));
+        QVERIFY(s.vc.waitForEvent(QStringLiteral("STORED"), 1, 20000));
+        const QStringList stored = QDir(s.store.path()).entryList({"PROG*"}, QDir::Files);
+        QCOMPARE(stored.size(), 1);
+        const B got = readFile(s.store.filePath(stored[0]));
+        QVERIFY(got == B(file).replace("\r\n", "\r"));
+        int most = 0;
+        const QStringList holds = s.vc.eventTexts(QStringLiteral("XON"));
+        for (const QString &xon : holds)
+            most = qMax(most, xon.section(' ', 0, 0).toInt());
+        qInfo("%s: %lld X-offs, most characters after one %d (bound %d)", QTest::currentDataTag(),
+              qint64(holds.size()), most, 512 + longest);
+        QVERIFY(holds.size() >= 3);
+        QVERIFY2(most <= 512 + longest, qPrintable(QString::number(most)));
+    }
 };
 
 QTEST_GUILESS_MAIN(TstSer2net)
