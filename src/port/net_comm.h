@@ -29,8 +29,8 @@ public:
     ~NetComm() override;
 
     // The local port's bound, less what the line passes while the control's X-off travels back
-    // through the device server and the network (about 3 ms at 230 400 baud).
-    static constexpr int MaxInFlight = 448;
+    // through the device server and the network (about 5 ms at 230 400 baud).
+    static constexpr int MaxInFlight = 384;
     // How long the connection and the answers of an RFC 2217 server may take.
     static constexpr int OpenTimeoutMs = 4000;
     // The peer is asked after this long without traffic, then every interval, so many times.

@@ -254,7 +254,8 @@ private slots:
         Ser2netProcess::Options o;
         o.line = QStringLiteral("230400n81");
         QVERIFY(s.start({"--type", "XonXoff", "--buffer", "4096", "--xoff-at", "3072", "--xon-at",
-                         "1024", "--rate", "15000", "--baud", "230400", "--end-gap", "300"},
+                         "1024", "--rate", "15000", "--baud", "230400", "--end-gap", "300",
+                         "--realtime"},
                         o));
         NetLink r(s.box.name(), CncXonXoff, 1);
         r.g.ComSettings = QStringLiteral("COM1:230400,N,8,1");
