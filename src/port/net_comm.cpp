@@ -48,6 +48,17 @@ QString stopName(int code) {
 NetComm::NetComm() {
     QObject::connect(&m_socket, &QAbstractSocket::errorOccurred, &m_socket,
                      [this](QAbstractSocket::SocketError e) { onError(e); });
+    QObject::connect(&m_socket, &QIODevice::readyRead, &m_socket, [this] { acknowledgeNow(); });
+}
+
+void NetComm::acknowledgeNow() {
+    // A device server that holds a second short piece until the first is acknowledged (Nagle's
+    // algorithm: the "7" of a go-ahead behind its DLE) would otherwise wait for our delayed
+    // acknowledgement, some 40 ms on each line. Linux forgets this after a while: set at each read.
+    const int fd = int(m_socket.socketDescriptor());
+    const int on = 1;
+    if (fd >= 0)
+        ::setsockopt(fd, IPPROTO_TCP, TCP_QUICKACK, &on, sizeof on);
 }
 
 NetComm::~NetComm() = default;
@@ -74,9 +85,10 @@ void NetComm::setSettings(const QString &settings) {
 
 void NetComm::setDTREnable(bool on) {
     m_dtr = on;
-    if (m_open && on && !m_failure && m_device.kind == NetDevice::Kind::Rfc2217)
-        m_socket.write(TelnetLayer::comPortRequest(Telnet::SetControl,
-                                                   QByteArray(1, char(Telnet::ControlDtrOn))));
+    if (m_open && !m_failure && m_device.kind == NetDevice::Kind::Rfc2217)
+        m_socket.write(TelnetLayer::comPortRequest(
+            Telnet::SetControl,
+            QByteArray(1, char(on ? Telnet::ControlDtrOn : Telnet::ControlDtrOff))));
 }
 
 void NetComm::setPortOpen(bool open) {
@@ -192,10 +204,12 @@ void NetComm::negotiate(const QDeadlineTimer &limit) {
     QByteArray request = TelnetLayer::opening();
     for (int c = SetBaudRate; c <= SetStopSize; ++c)
         request += TelnetLayer::comPortRequest(c, asked[c]);
-    // Its answer is not waited for: servers answer the modem lines in their own ways, some
-    // never, and a port without DTR (a pseudo-terminal) is no fault either.
-    if (m_dtr)
-        request += TelnetLayer::comPortRequest(SetControl, QByteArray(1, char(ControlDtrOn)));
+    // The modem lines as on a local port: DTR as the operation set it, RTS down. Their answers
+    // are not waited for: servers answer them in their own ways, some never, and a port
+    // without modem lines (a pseudo-terminal) carries the data all the same.
+    request += TelnetLayer::comPortRequest(
+        SetControl, QByteArray(1, char(m_dtr ? ControlDtrOn : ControlDtrOff)));
+    request += TelnetLayer::comPortRequest(SetControl, QByteArray(1, char(ControlRtsOff)));
     m_socket.write(request);
     m_socket.flush();
 
@@ -282,8 +296,10 @@ void NetComm::pull() {
     const int fd = int(m_socket.socketDescriptor());
     int waiting = 0;
     // What reached the kernel since the event loop last looked counts too.
-    if (fd >= 0 && ::ioctl(fd, FIONREAD, &waiting) == 0 && waiting > 0)
+    if (fd >= 0 && ::ioctl(fd, FIONREAD, &waiting) == 0 && waiting > 0) {
         m_socket.waitForReadyRead(0);
+        acknowledgeNow();
+    }
     const QByteArray raw = m_socket.readAll();
     if (raw.isEmpty())
         return;

@@ -68,6 +68,7 @@ private:
     void close();
     void connectSocket(const QDeadlineTimer &limit);
     void tuneSocket();
+    void acknowledgeNow();
     void negotiate(const QDeadlineTimer &limit);
     void checkAnswer(const ComPortAnswer &a, const QByteArray &asked, bool *settled);
     [[noreturn]] void openFailed(const QString &reason);

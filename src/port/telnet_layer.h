@@ -33,6 +33,8 @@ constexpr int SetControl = 5;
 constexpr int ServerOffset = 100;
 
 constexpr int ControlDtrOn = 8;
+constexpr int ControlDtrOff = 9;
+constexpr int ControlRtsOff = 12;
 } // namespace Telnet
 
 struct ComPortAnswer {

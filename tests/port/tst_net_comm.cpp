@@ -180,11 +180,13 @@ private slots:
         if (told.isEmpty()) {
             QVERIFY2(!e, e ? qPrintable(e->reason) : "");
             QVERIFY(comm.portOpen());
-            if (target == u"rfc2217") // 115200 7E2 asked as RFC 2217 says, DTR raised
+            if (target == u"rfc2217") // 115200 7E2 asked as RFC 2217 says, DTR up, RTS down
                 QCOMPARE(
                     server.got.toHex(' '),
                     B("ff fb 2c ff fb 00 ff fd 00 ff fa 2c 01 00 01 c2 00 ff f0 ff fa 2c 02 07 "
-                      "ff f0 ff fa 2c 03 03 ff f0 ff fa 2c 04 02 ff f0 ff fa 2c 05 08 ff f0"));
+                      "ff f0 ff fa 2c 03 03 ff f0 ff fa 2c 04 02 ff f0 ff fa 2c 05 08 ff f0 ff fa "
+                      "2c 05 "
+                      "0c ff f0"));
             comm.setPortOpen(false);
             return;
         }

@@ -277,6 +277,38 @@ private slots:
         QVERIFY(holds.size() >= 3);
         QVERIFY2(most <= 512 + longest, qPrintable(QString::number(most)));
     }
+
+    // A send keeps up with the line through the box: a go-ahead whose "7" the box holds until
+    // its DLE is acknowledged (Nagle's algorithm) would cost a delayed acknowledgement, some
+    // 40 ms, on each line, ten times what the line needs.
+    void lineSpeed_data() {
+        QTest::addColumn<QString>("scheme");
+        row("tcp", QStringLiteral("tcp"));
+        row("rfc2217", QStringLiteral("rfc2217"));
+    }
+    void lineSpeed() {
+        if (!Ser2netProcess::required())
+            return;
+        const int baud = 115200;
+        Served s;
+        QVERIFY(s.start({"--type", "303", "--baud", QString::number(baud), "--realtime"}));
+        const QString path = s.store.filePath(QStringLiteral("P.tap"));
+        B file;
+        for (int i = 1; i <= 300; ++i)
+            file += "N" + B::number(i) + " G01 X12.345 Y-67.890 F300\r\n";
+        QVERIFY(writeFile(path, file));
+        NetLink r(s.box.name(), Cnc303);
+        r.g.ComSettings = QStringLiteral("COM1:%1,N,8,1").arg(baud);
+        const double lineMs = double(file.size() + file.count('\n')) * 10000 / baud;
+        QElapsedTimer took;
+        took.start();
+        SendData(r.link, path);
+        QVERIFY(r.screen.boxes.isEmpty());
+        QVERIFY2(
+            took.elapsed() <= 1.5 * lineMs + 300,
+            qPrintable(
+                QStringLiteral("%1 ms, the line needs %2 ms").arg(took.elapsed()).arg(lineMs)));
+    }
 };
 
 QTEST_GUILESS_MAIN(TstSer2net)
