@@ -60,14 +60,11 @@ struct Control {
 double sendData(const QString &path, int baud, const QByteArray &wire, bool *complete) {
     Control control;
     Globals g;
-    SerialComm comm(control.vc.device());
-    QtLinkTimer timer(g);
-    EventLoopYield yield(comm, timer);
+    OperationState state;
+    RealLinkParts parts(g, state, control.vc.device());
     OneCaption screen;
     CmDialog dialog;
-    OperationState state;
-    Link link{g, comm, timer, yield, screen, dialog, state};
-    comm.setOperationState(&state);
+    Link link{g, parts.comm, parts.timer, parts.yield, screen, dialog, state};
     g.ComSettings = QStringLiteral("COM1:%1,N,8,1").arg(baud);
     g.CncType = CncXonXoff;
     QElapsedTimer clock;

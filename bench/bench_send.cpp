@@ -13,9 +13,7 @@
 //      X-off, peak memory; then 4 MB drained fast, for the memory.
 // "bench_send 1 4" runs parts 1 and 4; no argument runs all.
 #include "bench_support.h"
-#include "event_loop_yield.h"
-#include "qt_link_timer.h"
-#include "serial_comm.h"
+#include "real_link_parts.h"
 #include "transfer.h"
 #include "vcontrol_process.h"
 
@@ -67,15 +65,12 @@ public:
 struct Sender {
     Globals g;
     OperationState state;
-    SerialComm comm;
-    QtLinkTimer timer{g};
-    EventLoopYield yield{comm, timer};
+    RealLinkParts parts;
     QuietScreen screen;
     CmDialog dialog;
     OperationState::Run run{state};
-    Link link{g, comm, timer, yield, screen, dialog, state};
-    Sender(const QString &device, qint16 type, int baud) : comm(device) {
-        comm.setOperationState(&state);
+    Link link{g, parts.comm, parts.timer, parts.yield, screen, dialog, state};
+    Sender(const QString &device, qint16 type, int baud) : parts(g, state, device) {
         g.ComSettings = QStringLiteral("COM1:%1,N,8,1").arg(baud);
         g.CncType = type;
     }

@@ -4,7 +4,7 @@ cmake_minimum_required(VERSION 3.25)
 # Each folder lists the folders whose headers it may include, besides its own.
 set(allowed_link "")
 set(allowed_settings "link")
-set(allowed_port "link")
+set(allowed_port "link;settings")
 set(allowed_dialogue "link")
 set(allowed_transfer "link;dialogue;settings")
 set(allowed_directory "link;dialogue")

@@ -2,6 +2,7 @@
 
 #include "screen.h"
 
+#include <algorithm>
 #include <optional>
 #include <tuple>
 
@@ -113,6 +114,13 @@ QString commandLineFromArgs(const QStringList &args) {
     static const QStringList options{QStringLiteral("-c"), QStringLiteral("-s"),
                                      QStringLiteral("-d"), QStringLiteral("-x"),
                                      QStringLiteral("-b")};
+    // A piece of a command line handed over as one argument ("-c 033 -s Shop"): a blank, and an
+    // option at its start or behind a blank. Marks around it would end up in its last value.
+    const auto isLinePiece = [](const QString &a) {
+        return a.contains(u' ') && std::any_of(options.begin(), options.end(), [&](const auto &o) {
+                   return a.startsWith(o) || a.contains(u' ' + o);
+               });
+    };
     enum class Group { Plain, Limits, RepeatedX } group = Group::Plain;
     QStringList parts;
     QStringList limits;
@@ -129,11 +137,15 @@ QString commandLineFromArgs(const QStringList &args) {
             }
             continue;
         }
-        if (group == Group::Limits)
+        if (isLinePiece(a)) {
+            group = Group::Plain;
+            parts << a;
+        } else if (group == Group::Limits) {
             limits << u'"' + a + u'"';
-        else if (group == Group::Plain)
+        } else if (group == Group::Plain) {
             // The whole line handed over as one argument keeps its own marks.
             parts << (!a.contains(u'"') && (a.isEmpty() || a.contains(u' ')) ? u'"' + a + u'"' : a);
+        }
     }
     return (parts + limits).join(u' ');
 }

@@ -1,6 +1,7 @@
 #include "commands_by_type.h"
 
 #include "globals.h"
+#include "link_times.h"
 
 bool commandOffered(qint16 cncType, int index) {
     switch (index) {
@@ -24,11 +25,11 @@ bool commandOffered(qint16 cncType, int index) {
 int startupTimerInterval(qint16 cncType) {
     switch (cncType) {
     case Cnc303:
-        return 5000;
+        return StartupInterval303Ms;
     case Cnc504:
-        return 2000;
+        return StartupInterval504Ms;
     case CncXonXoff:
-        return 50000;
+        return StartupIntervalXonXoffMs;
     default:
         return 0;
     }

@@ -15,6 +15,7 @@ enum CommandIndex : int {
     DeleteCommand = 6,
     HelpCommand = 7,
 };
+inline constexpr int CommandCount = HelpCommand + 1;
 
 // Setup, Send, Receive and Help for every type; Map for "303" and "504"; CC and CE for "303";
 // DC for "504".

@@ -57,7 +57,7 @@ void DncWindow::Form_Load(const QString &commandLine) {
     openToolDatabase();
     Enable_cmd();
     Command2->setText(m_g.Text(QuitCaption));
-    for (int i = 0; i < 8; ++i)
+    for (int i = 0; i < CommandCount; ++i)
         Command1[i]->setText(m_g.Text(FirstCommandCaption + i));
     fitButtonCaptions();
     setCaption();
@@ -83,7 +83,7 @@ void DncWindow::openToolDatabase() {
     DBGrid1->hide();
     DBGrid1->raise();
     Label1->raise();
-    setTabOrder(Command1[7], DBGrid1);
+    setTabOrder(Command1[HelpCommand], DBGrid1);
     m_toolList = std::make_unique<ToolListUpdater>(m_g, *m_screen, DefaultBusyTimeoutMs, &m_yield);
     m_link->toolList = m_toolList.get();
 }
@@ -116,7 +116,7 @@ void DncWindow::Command1_Click(int index) {
         // Help is the only button left enabled during an operation. It shows its box and
         // leaves the running operation's frame alone; the box does not block, so the
         // operation's waits go on while it is open.
-        if (index == 7) {
+        if (index == HelpCommand) {
             auto *box = new QMessageBox(QMessageBox::NoIcon, QString::fromLatin1(AppTitle),
                                         boxText(helpText(m_g.Language)), QMessageBox::Ok, this);
             box->setAttribute(Qt::WA_DeleteOnClose);
@@ -127,14 +127,14 @@ void DncWindow::Command1_Click(int index) {
     }
     {
         const OperationState::Run run(m_state);
-        frame(index);
+        frame(CommandIndex(index));
     }
     if (m_state.ending())
         close();
 }
 
-void DncWindow::frame(int index) {
-    for (int i = 0; i <= 6; ++i)
+void DncWindow::frame(CommandIndex index) {
+    for (int i = SetupCommand; i <= DeleteCommand; ++i)
         Command1[i]->setEnabled(false);
     if (m_g.ToolDbEnabled && DBGrid1)
         DBGrid1->hide();
@@ -143,31 +143,31 @@ void DncWindow::frame(int index) {
     List1->hide();
 
     switch (index) {
-    case 0:
+    case SetupCommand:
         runSetup();
         break;
-    case 1:
+    case SendCommand:
         SendFile(*m_link);
         // The send has reached the database or told why not: the grid may come back.
         if (m_gridOff && DBGrid1)
             m_gridOff = !DBGrid1->refresh();
         break;
-    case 2:
+    case ReceiveCommand:
         ReceiveFile(*m_link);
         break;
-    case 3:
+    case MapCommand:
         MapContext(*m_link);
         break;
-    case 4:
+    case ChangeContextCommand:
         ChangeContext(*m_link);
         break;
-    case 5:
+    case ChangeExecuteCommand:
         ChangeExecute(*m_link);
         break;
-    case 6:
+    case DeleteCommand:
         DeleteContext(*m_link);
         break;
-    case 7:
+    case HelpCommand:
         DisplayHelp(m_g, *m_screen);
         break;
     default:

@@ -2,6 +2,7 @@
 // The main window: the start-up, the controls, and the frame around every command.
 
 #include "cm_dialog.h"
+#include "commands_by_type.h"
 #include "globals.h"
 #include "link.h"
 #include "serial_device.h"
@@ -27,7 +28,7 @@ public:
               const QString &commandLine, QWidget *parent = nullptr);
     ~DncWindow() override;
 
-    std::array<QPushButton *, 8> Command1{};
+    std::array<QPushButton *, CommandCount> Command1{};
     QPushButton *Command2 = nullptr;
     QPlainTextEdit *Text1 = nullptr;
     QListWidget *List1 = nullptr;
@@ -50,7 +51,7 @@ protected:
 
 private:
     void Form_Load(const QString &commandLine);
-    void frame(int index);
+    void frame(CommandIndex index);
     void createControls();
     void fitButtonCaptions();
     void openToolDatabase();

@@ -1,15 +1,15 @@
 #include "command_line.h"
 #include "dnc_window.h"
-#include "event_loop_yield.h"
-#include "port_devices.h"
 #include "profile.h"
-#include "qt_link_timer.h"
-#include "serial_comm.h"
+#include "real_link_parts.h"
 #include "serial_devices.h"
 
 #include <QApplication>
 #include <QIcon>
 #include <QTimer>
+
+// How long the window is left to show and paint itself before its picture is taken.
+constexpr int ScreenshotDelayMs = 1500;
 
 int main(int argc, char *argv[]) {
     QApplication app(argc, argv);
@@ -18,13 +18,9 @@ int main(int argc, char *argv[]) {
     Globals g;
     g.iniPath = defaultIniPath();
     OperationState state;
-    SerialComm comm;
-    comm.setConfiguredDevices([&g](int port) { return configuredDevice(g, port); });
-    // A write held up by a control that stopped reading must not keep the window from closing.
-    comm.setOperationState(&state);
-    QtLinkTimer timer(g);
-    EventLoopYield yield(comm, timer);
-    DncWindow window(g, state, comm, timer, yield, commandLineFromArgs(app.arguments().mid(1)));
+    RealLinkParts parts(g, state);
+    DncWindow window(g, state, parts.comm, parts.timer, parts.yield,
+                     commandLineFromArgs(app.arguments().mid(1)));
     if (window.startRefused())
         return 2;
     window.setSerialDeviceScan([] { return presentSerialDevices(); });
@@ -33,7 +29,7 @@ int main(int argc, char *argv[]) {
     // For a machine without a screen: a picture of the window, then the end.
     const QString shot = qEnvironmentVariable("DNC_SCREENSHOT");
     if (!shot.isEmpty()) {
-        QTimer::singleShot(1500, &window, [&window, shot] {
+        QTimer::singleShot(ScreenshotDelayMs, &window, [&window, shot] {
             window.grab().save(shot);
             window.close();
         });

@@ -12,7 +12,7 @@ namespace {
 struct Place {
     int left, top, width, height;
 };
-constexpr Place Command1Places[8] = {
+constexpr Place Command1Places[CommandCount] = {
     {0, 0, 1335, 375},   {1320, 0, 1335, 375},   {2640, 0, 1335, 375},   {3960, 0, 1335, 375},
     {0, 360, 1335, 375}, {1320, 360, 1335, 375}, {2640, 360, 1335, 375}, {3960, 360, 1335, 375}};
 constexpr Place Command2Place{5280, 0, 1335, 735};
@@ -64,11 +64,11 @@ void DncWindow::createControls() {
     place(Label1, Label1Place);
     Label1->hide();
 
-    for (int i = 0; i < 8; ++i) {
+    for (int i = 0; i < CommandCount; ++i) {
         Command1[i] = new QPushButton(this);
         Command1[i]->setObjectName(QStringLiteral("Command1_%1").arg(i));
         place(Command1[i], Command1Places[i]);
-        Command1[i]->setEnabled(i == 7);
+        Command1[i]->setEnabled(i == HelpCommand);
         connect(Command1[i], &QPushButton::clicked, this, [this, i] { Command1_Click(i); });
     }
     Command2 = new QPushButton(this);

@@ -75,7 +75,7 @@ void WindowScreen::repaint() {
 }
 
 void WindowScreen::setMousePointer(int pointer) {
-    const bool hourglass = pointer == 11;
+    const bool hourglass = pointer == HourglassPointer;
     if (hourglass == m_hourglass)
         return;
     m_hourglass = hourglass;

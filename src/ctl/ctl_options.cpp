@@ -37,6 +37,9 @@ QString checkValue(const QString &option, const QString &value) {
     if (option == u"--cnc" &&
         !QStringList{"303", "504", "xonxoff"}.contains(value, Qt::CaseInsensitive))
         return QStringLiteral("--cnc takes 303, 504 or XonXoff, not \"%1\"").arg(value);
+    if (option == u"--wait" && (!digits.match(value).hasMatch() || value.toInt() <= 0 ||
+                                value.toInt() > 86400))
+        return QStringLiteral("--wait takes seconds from 1 to 86400, not \"%1\"").arg(value);
     if (option == u"--port" && value.isEmpty())
         return QStringLiteral("--port takes a device path");
     // An unset variable in a script: counting every tool under an empty name is never meant.
@@ -54,8 +57,9 @@ CtlParse parseCtlArguments(const QStringList &args) {
         p.error = why;
         return p;
     };
-    static const QStringList withValue{"-c",     "-s",       "-d",     "-x",     "--port",
-                                       "--baud", "--parity", "--data", "--stop", "--cnc"};
+    static const QStringList withValue{"-c",     "-s",     "-d",       "-x",
+                                       "--port", "--baud", "--parity", "--data",
+                                       "--stop", "--cnc",  "--wait"};
     qsizetype i = 0;
     for (; i < args.size(); ++i) {
         QString a = args[i];
@@ -116,6 +120,8 @@ CtlParse parseCtlArguments(const QStringList &args) {
             o.stop = value;
         } else if (a == u"--cnc") {
             o.cnc = value;
+        } else if (a == u"--wait") {
+            o.waitSeconds = value.toInt();
         }
     }
     if (o.help || o.version)
@@ -149,6 +155,7 @@ QString ctlUsage() {
         "  send FILE          send an NC program (its tools counted with -d)\n"
         "  receive OUT        receive the program a control \"303\" sends, save it to OUT\n"
         "  receive NAME OUT   receive the program NAME from a control \"504\"\n"
+        "                     (\"XonXoff\": waits for the program punched at the control)\n"
         "                     (OUT - writes the program to standard output)\n"
         "  list               the control's programs, one a line, on standard output\n"
         "  change             CC, change program (\"303\")\n"
@@ -167,6 +174,8 @@ QString ctlUsage() {
         "  --data 7|8         data bits for this run\n"
         "  --stop 1|2         stop bits for this run\n"
         "  --cnc TYPE         control type for this run: 303, 504 or XonXoff\n"
+        "  --wait SECONDS     receive on \"XonXoff\": how long to wait for the punch to\n"
+        "                     begin (default 300)\n"
         "                     (the overrides leave dnc.ini untouched)\n"
         "  -q, --quiet        no progress line\n"
         "  -h, --help         this text\n"

@@ -17,6 +17,7 @@ struct CtlOptions {
     // Line overrides for this run; empty: as dnc.ini says.
     QString port; // a device path
     QString baud, parity, data, stop, cnc;
+    int waitSeconds = 300; // receive on "XonXoff": how long to wait for the punch to begin
 
     bool quiet = false;
     bool stdoutClosed = false; // found closed at start, and given /dev/null meanwhile

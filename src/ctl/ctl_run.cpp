@@ -5,11 +5,9 @@
 #include "ctl_outcome.h"
 #include "ctl_texts.h"
 #include "directory.h"
-#include "event_loop_yield.h"
 #include "line_overrides.h"
 #include "profile.h"
-#include "qt_link_timer.h"
-#include "serial_comm.h"
+#include "real_link_parts.h"
 #include "settings.h"
 #include "signal_pipe.h"
 #include "text_table.h"
@@ -214,18 +212,13 @@ int runDncctl(const CtlOptions &o) {
     }
 
     // The real parts, wired as the window wires them.
-    SerialComm comm(o.port);
-    // A write held up by a control that stopped reading must not keep Ctrl-C from ending.
-    comm.setOperationState(&state);
-    // Tests run the clock faster so that a silence ends a wait without real seconds.
-    QtLinkTimer timer(g, std::max(1, qEnvironmentVariableIntValue("DNC_CLOCK_DIVISOR")));
+    RealLinkParts parts(g, state, o.port, RealLinkParts::clockDivisorFromEnvironment());
     if (const int interval = startupTimerInterval(g.CncType))
-        timer.setInterval(interval);
-    EventLoopYield yield(comm, timer);
+        parts.timer.setInterval(interval);
     CmDialog dialog;
-    Link link{g, comm, timer, yield, screen, dialog, state};
+    Link link{g, parts.comm, parts.timer, parts.yield, screen, dialog, state};
     // Counted beside the event loop, so that Ctrl-C is heard while a lock is waited for.
-    ToolListUpdater counter(g, screen, DefaultBusyTimeoutMs, &yield);
+    ToolListUpdater counter(g, screen, DefaultBusyTimeoutMs, &parts.yield);
     if (g.ToolDbEnabled)
         link.toolList = &counter;
     if (!o.quiet && ::isatty(::fileno(stderr))) {
@@ -251,7 +244,11 @@ int runDncctl(const CtlOptions &o) {
             screen.setSaveAnswer(toStdout ? QString() : QFileInfo(out).absoluteFilePath());
             if (named)
                 screen.setPick(o.args[0].toLocal8Bit());
-            ReceiveFile(link);
+            // An "XonXoff" control is asked for nothing: the operator punches at the machine.
+            if (g.CncType == CncXonXoff)
+                ReceivePunch(link, o.waitSeconds * 1000);
+            else
+                ReceiveFile(link);
             break;
         case CtlCommand::List:
             MapContext(link);

@@ -2,6 +2,7 @@
 
 #include "ctl_texts.h"
 #include "line_settings.h"
+#include "settings_keys.h"
 
 #include <QDir>
 #include <QStringList>
@@ -25,17 +26,16 @@ QString applyLineOverrides(Globals &g, const CtlOptions &o) {
             values[i] = overrides[i];
 
     const QString ini = QDir::toNativeSeparators(g.iniPath);
-    const auto missing = [&](const char *key, const char *option) {
+    const auto missing = [&](QLatin1String key, const char *option) {
         return ctlText(CtlText::MissingSetting, g.Language)
-            .arg(g.ConfigSection, ini, QLatin1String(key), QLatin1String(option));
+            .arg(g.ConfigSection, ini, key, QLatin1String(option));
     };
     if (port.isEmpty())
-        return missing("Port", "--port DEVICE");
-    const char *const keys[4] = {"Baud", "Parity", "Data", "Stop"};
+        return missing(SettingsKey::Port, "--port DEVICE");
     const char *const options[4] = {"--baud N", "--parity E|O|N", "--data 7|8", "--stop 1|2"};
     for (int i = 0; i < 4; ++i)
         if (values[i].isEmpty())
-            return missing(keys[i], options[i]);
+            return missing(SettingsKey::Line[size_t(i)], options[i]);
 
     const QString line = values.join(u',');
     try {

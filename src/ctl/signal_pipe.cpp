@@ -10,7 +10,7 @@
 namespace {
 
 int pipeEnds[2] = {-1, -1};
-constexpr int Handled[] = {SIGINT, SIGTERM};
+constexpr int Handled[] = {SIGINT, SIGTERM, SIGHUP};
 
 extern "C" void onSignal(int signal) {
     const int saved = errno;
@@ -50,8 +50,12 @@ void SignalPipe::read() {
     unsigned char numbers[16];
     ssize_t n;
     while ((n = ::read(pipeEnds[0], numbers, sizeof numbers)) > 0) {
-        if (m_caught == 0)
-            m_caught = numbers[0];
+        for (ssize_t i = 0; i < n; ++i) {
+            if (numbers[i] == SIGHUP && m_onHangup)
+                m_onHangup();
+            else if (m_caught == 0)
+                m_caught = numbers[i];
+        }
     }
     if (m_caught != 0)
         m_state.requestEnd();
@@ -69,6 +73,8 @@ QString signalName(int signal) {
         return QStringLiteral("SIGINT");
     case SIGTERM:
         return QStringLiteral("SIGTERM");
+    case SIGHUP:
+        return QStringLiteral("SIGHUP");
     default:
         return QStringLiteral("signal %1").arg(signal);
     }

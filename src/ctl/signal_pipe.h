@@ -6,6 +6,7 @@
 #include "operation_state.h"
 
 #include <QSocketNotifier>
+#include <functional>
 #include <memory>
 
 class SignalPipe {
@@ -17,6 +18,9 @@ public:
     SignalPipe &operator=(const SignalPipe &) = delete;
 
     bool isValid() const { return m_notifier != nullptr; }
+    // SIGHUP is handed to `onHangup` where one is set (a service re-reads its settings), and
+    // ends the operation as SIGTERM does where none is.
+    void setHangupHandler(std::function<void()> onHangup) { m_onHangup = std::move(onHangup); }
     // The first signal that came, 0 if none. Reads what the pipe holds.
     int caught();
 
@@ -26,6 +30,7 @@ private:
     OperationState &m_state;
     std::unique_ptr<QSocketNotifier> m_notifier;
     int m_caught = 0;
+    std::function<void()> m_onHangup;
 };
 
 // "SIGINT", "SIGTERM", else the number.

@@ -13,7 +13,7 @@ bool runOnPort(Link &l, const std::function<void()> &operation) {
             // The port is already gone; closed is all we need.
         }
         l.screen.setLabel1Visible(false);
-        l.screen.setMousePointer(0);
+        l.screen.setMousePointer(DefaultPointer);
         const QString text = QStringLiteral("%1: %2").arg(e.device, e.reason);
         l.outcome.fail(OutcomeKind::PortFailure, text);
         l.screen.msgBox(text, BoxIcon::Critical, QString());

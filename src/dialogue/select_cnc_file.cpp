@@ -18,7 +18,7 @@ QByteArray SelectCNCFile(Link &l) {
         // Clearing drops a selection left from an earlier list, so it cannot count here.
         showReplyInList1(l, reply);
         l.screen.list1Refresh();
-        l.screen.setMousePointer(0);
+        l.screen.setMousePointer(DefaultPointer);
         l.outcome.listed = l.screen.list1Count();
         if (l.screen.list1Count() > 0) {
             // No time limit: the operator's first selection, by click or keyboard, is the
@@ -37,7 +37,7 @@ QByteArray SelectCNCFile(Link &l) {
         l.screen.setList1Visible(false);
         l.screen.repaint();
     }
-    l.screen.setMousePointer(0);
+    l.screen.setMousePointer(DefaultPointer);
     l.outcome.programName = result;
     // The list's own silence does not matter once a program is chosen from it.
     if (result.isEmpty())

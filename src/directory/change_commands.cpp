@@ -12,13 +12,13 @@ void sendTwoLetters(Link &l, const QByteArray &letters, OperationName operation)
         return;
     }
     runOnPort(l, [&] {
-        l.screen.setMousePointer(11);
+        l.screen.setMousePointer(HourglassPointer);
         SetCom(l);
         l.comm.setPortOpen(true);
         l.comm.output(letters);
         l.outcome.bytes = letters.size();
         l.comm.setPortOpen(false);
-        l.screen.setMousePointer(0);
+        l.screen.setMousePointer(DefaultPointer);
     });
 }
 

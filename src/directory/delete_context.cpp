@@ -9,7 +9,7 @@ void DeleteContext(Link &l) {
         return;
     }
     runOnPort(l, [&] {
-        l.screen.setMousePointer(11);
+        l.screen.setMousePointer(HourglassPointer);
         SetCom(l);
         // Only the control "504" has a delete command; the others end with the port unopened.
         if (l.g.CncType != Cnc504)
@@ -25,6 +25,6 @@ void DeleteContext(Link &l) {
         }
         if (l.comm.portOpen())
             l.comm.setPortOpen(false);
-        l.screen.setMousePointer(0);
+        l.screen.setMousePointer(DefaultPointer);
     });
 }

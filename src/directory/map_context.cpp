@@ -12,7 +12,7 @@ void MapContext(Link &l) {
         return;
     }
     runOnPort(l, [&] {
-        l.screen.setMousePointer(11);
+        l.screen.setMousePointer(HourglassPointer);
         SetCom(l);
         l.comm.setPortOpen(true);
         const QByteArray command = l.g.CncType == Cnc303 ? QByteArray("MC") : QByteArray("MC,/ISO");
@@ -36,6 +36,6 @@ void MapContext(Link &l) {
             }
         }
         l.comm.setPortOpen(false);
-        l.screen.setMousePointer(0);
+        l.screen.setMousePointer(DefaultPointer);
     });
 }

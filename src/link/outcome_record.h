@@ -33,6 +33,7 @@ enum class OperationName {
     ChangeExecute,
     DeleteContext,
     SelectCNCFile,
+    ReceivePunch,
 };
 
 // Lines that a transfer which otherwise ended well did not carry.

@@ -6,6 +6,10 @@
 
 enum class BoxIcon { None, Critical };
 
+// The mouse pointer an operation sets: the hourglass while it works, then the default.
+inline constexpr int DefaultPointer = 0;
+inline constexpr int HourglassPointer = 11;
+
 struct FileDialogRequest {
     QString initDir;
     QString filter;     // Qt form: "Tape file *.tap (*.tap);;All files *.* (*.*)"
@@ -35,7 +39,7 @@ public:
     virtual QString list1List(int index) const = 0;
     virtual void repaint() = 0;
 
-    // 11 hourglass, 0 default
+    // HourglassPointer or DefaultPointer
     virtual void setMousePointer(int pointer) = 0;
 
     // Modal; title empty means the program's title.

@@ -3,6 +3,7 @@
 
 #include "globals.h"
 #include "link_timer.h"
+#include "link_times.h"
 
 #include <QTimer>
 
@@ -20,6 +21,6 @@ public:
 private:
     Globals &m_g;
     int m_divisor;
-    int m_interval = 10000;
+    int m_interval = InitialIntervalMs;
     QTimer m_timer;
 };

@@ -1,6 +1,7 @@
 #include "serial_comm.h"
 
 #include "open_failure.h"
+#include "port_owner.h"
 #include "serial_devices.h"
 #include "wire_trace.h"
 
@@ -73,8 +74,10 @@ void SerialComm::setSettings(const QString &settings) {
 
 void SerialComm::setDTREnable(bool on) {
     m_dtr = on;
-    if (m_port.isOpen())
-        raiseDtr();
+    if (m_port.isOpen()) {
+        if (const QString lines = applyModemLines(); !lines.isEmpty())
+            trace(lines);
+    }
 }
 
 void SerialComm::setPortOpen(bool open) {
@@ -101,6 +104,12 @@ void SerialComm::open() {
     m_closePosted = false;
 
     const QString path = devicePath();
+    // A station serves this machine: say so, rather than that some program holds the port.
+    if (const std::optional<PortOwner> station = stationHolding(path))
+        throw CommError{deviceName(),
+                        QStringLiteral("cannot be opened: %1 holds it. Stop the station "
+                                       "(systemctl stop dnc-station@%2) to use the port here.")
+                            .arg(stationText(*station), station->section)};
     const bool pty = isPseudoTerminal(path);
     m_pty = pty;
     m_emptyAt = 0;
@@ -130,16 +139,17 @@ void SerialComm::open() {
         m_trace.reset();
         throw e;
     }
-    raiseDtr();
+    const QString lines = applyModemLines();
     // Qt keeps what came while the port was closed; a late answer to the last operation
     // must not satisfy a wait of this one.
     m_port.clear(QSerialPort::Input);
     m_port.clearError();
     m_quiet = false;
-    trace(QStringLiteral("OPEN %1 %2%3")
-              .arg(deviceName(), m_settingsText,
-                   plain ? QStringLiteral(" (as 8,N: a pseudo-terminal takes no other)")
-                         : QString()));
+    trace(
+        QStringLiteral("OPEN %1 %2%3%4")
+            .arg(deviceName(), m_settingsText,
+                 plain ? QStringLiteral(" (as 8,N: a pseudo-terminal takes no other)") : QString(),
+                 lines.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(lines)));
 }
 
 CommError SerialComm::openError() const {
@@ -151,17 +161,25 @@ CommError SerialComm::openError() const {
     return CommError{deviceName(), openFailureReason(f, present)};
 }
 
-void SerialComm::raiseDtr() {
-    if (!m_dtr)
-        return;
-    const bool wasQuiet = m_quiet;
-    m_quiet = true;
-    // A pseudo-terminal has no DTR line: not an error for this program.
-    if (!m_port.setDataTerminalReady(true)) {
-        trace(QStringLiteral("DTR not raised: %1").arg(m_port.errorString()));
-        m_port.clearError();
-    }
-    m_quiet = wasQuiet;
+int SerialComm::setModemLines(int fd, bool dtr, bool rts) {
+    const int up = (dtr ? TIOCM_DTR : 0) | (rts ? TIOCM_RTS : 0);
+    const int down = (TIOCM_DTR | TIOCM_RTS) & ~up;
+    if (down != 0 && ::ioctl(fd, TIOCMBIC, &down) != 0)
+        return errno;
+    if (up != 0 && ::ioctl(fd, TIOCMBIS, &up) != 0)
+        return errno;
+    return 0;
+}
+
+QString SerialComm::applyModemLines() {
+    // The kernel raises DTR and RTS as it opens a tty: a control that watches them would see
+    // the PC ready before a send has said so. RTS stays down. A pseudo-terminal has no modem
+    // lines, and an adapter without them still carries the data: a refusal is only noted.
+    const int refused = m_modemLines(m_port.handle(), m_dtr, false);
+    if (refused == 0 || m_pty)
+        return QString();
+    return QStringLiteral("DTR %1, RTS off not set: %2")
+        .arg(m_dtr ? QStringLiteral("on") : QStringLiteral("off"), systemText(refused));
 }
 
 void SerialComm::close() {

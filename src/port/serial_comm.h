@@ -51,6 +51,12 @@ public:
         m_workDone = std::move(listener);
     }
 
+    // Sets the modem lines of the open device `fd`: 0, or the errno of a refusal. At every
+    // opening, and when DTR is enabled while open. Replaced by tests that watch the lines.
+    using ModemLineSetter = std::function<int(int fd, bool dtr, bool rts)>;
+    void setModemLineSetter(ModemLineSetter setter) { m_modemLines = std::move(setter); }
+    static int setModemLines(int fd, bool dtr, bool rts);
+
     void setCommPort(int port) override { m_commPort = port; }
     void setSettings(const QString &settings) override;
     void setDTREnable(bool on) override;
@@ -71,7 +77,8 @@ private:
     void close();
     bool openWith(const LineSettings &s);
     CommError openError() const;
-    void raiseDtr();
+    // What the device refused, for the trace; empty when it took the lines.
+    QString applyModemLines();
     void drain();
     void push();
     qint64 writeDirect(const QByteArray &piece);
@@ -95,6 +102,7 @@ private:
     QSerialPort m_port;
     WakeAlarm m_alarm;
     std::function<void()> m_workDone;
+    ModemLineSetter m_modemLines = &SerialComm::setModemLines;
     QString m_device;
     std::function<QString(int)> m_configured;
     int m_commPort = 1;

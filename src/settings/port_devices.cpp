@@ -7,8 +7,12 @@
 
 const QString PortsSection = QStringLiteral("Ports");
 
+QString portsKey(int port) {
+    return QStringLiteral("COM%1").arg(port);
+}
+
 QString configuredDevice(const Globals &g, int port) {
-    return GetProfile(g, PortsSection, QStringLiteral("COM%1").arg(port));
+    return GetProfile(g, PortsSection, portsKey(port));
 }
 
 QString comDevice(const Globals &g, int port) {

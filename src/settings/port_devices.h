@@ -7,6 +7,8 @@
 constexpr int PortCount = 4;
 extern const QString PortsSection; // "Ports"
 
+// The key of a port in [Ports]: "COM1".
+QString portsKey(int port);
 // The device [Ports] names for the port, or empty.
 QString configuredDevice(const Globals &g, int port);
 // The device the port opens: DNC_COMn, else [Ports], else /dev/ttyS<n-1>.

@@ -2,6 +2,7 @@
 
 #include "number_text.h"
 #include "profile.h"
+#include "settings_keys.h"
 
 void InitChoices(Globals &g) {
     g.PortChoices = {QString(), "COM1:", "COM2:", "COM3:", "COM4:"};
@@ -22,24 +23,23 @@ static qint16 flagOf(const QString &text) {
 
 void ReadSettings(Globals &g) {
     const QString &s = g.ConfigSection;
-    const QString port = GetProfile(g, s, "Port");
+    const QString port = GetProfile(g, s, SettingsKey::Port);
     if (port.isEmpty())
         return;
     g.ComSettings = port;
 
     // Each of these values is followed by a comma except the last; a missing one ends the
     // read with ComSettings as far as it got.
-    const char *const line[] = {"BAUD", "PARITY", "DATA", "STOP"};
-    for (int i = 0; i < 4; ++i) {
-        const QString value = GetProfile(g, s, line[i]);
+    for (size_t i = 0; i < SettingsKey::Line.size(); ++i) {
+        const QString value = GetProfile(g, s, SettingsKey::Line[i]);
         if (value.isEmpty())
             return;
         g.ComSettings += value;
-        if (i < 3)
+        if (i + 1 < SettingsKey::Line.size())
             g.ComSettings += u',';
     }
 
-    const QString cnc = GetProfile(g, s, "CNC");
+    const QString cnc = GetProfile(g, s, SettingsKey::CNC);
     for (int i = 1; i <= 3; ++i) {
         if (cnc == g.CncChoices[i]) {
             g.CncType = qint16(i);
@@ -47,6 +47,6 @@ void ReadSettings(Globals &g) {
         }
     }
 
-    g.WaitXon = flagOf(GetProfile(g, s, "wait-xon"));
-    g.NoSpace = flagOf(GetProfile(g, s, "Space"));
+    g.WaitXon = flagOf(GetProfile(g, s, SettingsKey::WaitXon));
+    g.NoSpace = flagOf(GetProfile(g, s, SettingsKey::Space));
 }

@@ -2,11 +2,9 @@
 
 #include "number_text.h"
 #include "profile.h"
+#include "settings_keys.h"
 
 namespace {
-
-// The keys as the dialog reads them, list by list.
-const char *const ReadKeys[7] = {"Port", "BAUD", "PARITY", "DATA", "STOP", "CNC", "SOFT"};
 
 template <size_t N> QStringList entriesOf(const std::array<QString, N> &choices) {
     QStringList list;
@@ -22,8 +20,16 @@ int checkOf(const QString &text) {
     return roundToInt16(numberOf(text)).value_or(1) != 0 ? 1 : 0;
 }
 
-QString textOf(const SetupForm &form, int list) {
-    return form.entries[list].value(form.selected[list]);
+constexpr int ListCount = int(SettingsKey::Lists.size());
+static_assert(std::tuple_size_v<decltype(SetupForm::entries)> == ListCount);
+
+QLatin1String keyOf(int list) {
+    return SettingsKey::Lists[size_t(list)];
+}
+
+// An entry as the file holds it: of the parity, only its first letter.
+QString storedForm(int list, const QString &entry) {
+    return keyOf(list) == SettingsKey::Parity ? entry.left(1) : entry;
 }
 
 } // namespace
@@ -33,19 +39,16 @@ SetupForm loadSetup(const Globals &g) {
     form.entries = {entriesOf(g.PortChoices), entriesOf(g.BaudChoices), entriesOf(g.ParityChoices),
                     entriesOf(g.DataChoices), entriesOf(g.StopChoices), entriesOf(g.CncChoices),
                     entriesOf(g.SoftChoices)};
-    for (int list = 0; list < 7; ++list) {
+    for (int list = 0; list < ListCount; ++list) {
         form.selected[list] = 0;
-        const QString stored = GetProfile(g, g.ConfigSection, ReadKeys[list]);
+        const QString stored = GetProfile(g, g.ConfigSection, keyOf(list));
         const QStringList &entries = form.entries[list];
-        for (int i = 0; i < entries.size(); ++i) {
-            // The file holds only the first letter of the parity.
-            const QString entry = list == 2 ? entries[i].left(1) : entries[i];
-            if (entry == stored)
+        for (int i = 0; i < entries.size(); ++i)
+            if (storedForm(list, entries[i]) == stored)
                 form.selected[list] = i;
-        }
     }
-    form.check1 = checkOf(GetProfile(g, g.ConfigSection, "Wait-Xon"));
-    form.check2 = checkOf(GetProfile(g, g.ConfigSection, "Space"));
+    form.check1 = checkOf(GetProfile(g, g.ConfigSection, SettingsKey::WaitXon));
+    form.check2 = checkOf(GetProfile(g, g.ConfigSection, SettingsKey::Space));
     for (int port = 1; port <= PortCount; ++port)
         form.devices[port - 1] = configuredDevice(g, port);
     return form;
@@ -53,16 +56,12 @@ SetupForm loadSetup(const Globals &g) {
 
 void saveSetup(const Globals &g, const SetupForm &form) {
     const QString &s = g.ConfigSection;
-    PutProfile(g, s, "Port", textOf(form, 0));
-    PutProfile(g, s, "Baud", textOf(form, 1));
-    PutProfile(g, s, "Parity", textOf(form, 2).left(1));
-    PutProfile(g, s, "Data", textOf(form, 3));
-    PutProfile(g, s, "Stop", textOf(form, 4));
-    PutProfile(g, s, "CNC", textOf(form, 5));
-    PutProfile(g, s, "Soft", textOf(form, 6));
-    PutProfile(g, s, "Wait-Xon", form.check1 ? "1" : "0");
-    PutProfile(g, s, "Space", form.check2 ? "1" : "0");
+    for (int list = 0; list < ListCount; ++list)
+        PutProfile(g, s, keyOf(list),
+                   storedForm(list, form.entries[list].value(form.selected[list])));
+    PutProfile(g, s, SettingsKey::WaitXon, form.check1 ? SettingsKey::On : SettingsKey::Off);
+    PutProfile(g, s, SettingsKey::Space, form.check2 ? SettingsKey::On : SettingsKey::Off);
     for (int port = 1; port <= PortCount; ++port)
         if (form.devices[port - 1] != configuredDevice(g, port))
-            PutProfile(g, PortsSection, QStringLiteral("COM%1").arg(port), form.devices[port - 1]);
+            PutProfile(g, PortsSection, portsKey(port), form.devices[port - 1]);
 }

@@ -8,9 +8,10 @@
 
 namespace {
 
-QString failedText(const QString &name, const QSqlError &error) {
+QString failedText(const QString &name, const ToolDbConnection &connection,
+                   const QSqlError &error) {
     return QStringLiteral("The tool \"%1\" cannot be counted: %2")
-        .arg(name, error.text().simplified());
+        .arg(name, connection.errorText(error));
 }
 
 QString busyText(const QString &name, const ToolDbConnection &connection) {
@@ -121,8 +122,8 @@ ToolCount countTools(const ToolDbConnection &connection, const QStringList &name
         }
         QSqlError error;
         if (!sql.beginCount(db, name, connection.busyTimeoutMs(), onBusy, error)) {
-            result.failure =
-                sql.isBusy(error) ? busyText(name, connection) : failedText(name, error);
+            result.failure = sql.isBusy(error) ? busyText(name, connection)
+                                               : failedText(name, connection, error);
             return result;
         }
         const QString why = countOne(queries, sql, name, date, error);
@@ -136,8 +137,8 @@ ToolCount countTools(const ToolDbConnection &connection, const QStringList &name
         }
         rollBack();
         if (error.isValid())
-            result.failure =
-                sql.isBusy(error) ? busyText(name, connection) : failedText(name, error);
+            result.failure = sql.isBusy(error) ? busyText(name, connection)
+                                               : failedText(name, connection, error);
         else
             result.failure = why;
         return result;

@@ -21,10 +21,6 @@ QString conninfoValue(QString value) {
     return QLatin1Char('\'') + value + QLatin1Char('\'');
 }
 
-QString errorText(const QSqlError &error) {
-    return error.text().simplified();
-}
-
 } // namespace
 
 ToolDbConnection::ToolDbConnection(const QString &purpose, const QString &name, int busyTimeoutMs)
@@ -89,8 +85,8 @@ void ToolDbConnection::openSqlite() {
 void ToolDbConnection::openPostgres() {
     const QUrl url(m_target, QUrl::StrictMode);
     if (!url.isValid()) {
-        m_error = QStringLiteral("The tool database %1 is no valid PostgreSQL URI: %2")
-                      .arg(displayName(), url.errorString());
+        m_error = QStringLiteral("The tool database %1 is no valid PostgreSQL URI: %2.")
+                      .arg(displayName(), toolDbSafeText(url.errorString(), m_target));
         return;
     }
     QSqlDatabase db = QSqlDatabase::contains(m_name)
@@ -166,7 +162,7 @@ ToolDbProblem diagnoseToolDatabase(const QString &name, int busyTimeoutMs) {
             return busy();
         return {QStringLiteral("%1 is not a usable %2 database: %3")
                     .arg(shown, server ? QStringLiteral("PostgreSQL") : QStringLiteral("SQLite"),
-                         errorText(query.lastError())),
+                         connection.errorText(query.lastError())),
                 server};
     }
     if (!query.next())
@@ -174,7 +170,7 @@ ToolDbProblem diagnoseToolDatabase(const QString &name, int busyTimeoutMs) {
     QStringList missing = sql.fields();
     if (!query.exec(sql.fieldsQuery()))
         return {QStringLiteral("The table tool_list of %1 cannot be read: %2")
-                    .arg(shown, errorText(query.lastError()))};
+                    .arg(shown, connection.errorText(query.lastError()))};
     while (query.next()) {
         const QString field = query.value(0).toString();
         missing.removeIf([&](const QString &m) { return m.compare(field, sql.fieldCase()) == 0; });
@@ -186,7 +182,7 @@ ToolDbProblem diagnoseToolDatabase(const QString &name, int busyTimeoutMs) {
         if (sql.isBusy(query.lastError()))
             return busy();
         return {QStringLiteral("The table tool_list of %1 cannot be read: %2")
-                    .arg(shown, errorText(query.lastError()))};
+                    .arg(shown, connection.errorText(query.lastError()))};
     }
     return {};
 }

@@ -3,6 +3,7 @@
 // and writing and never created, or a PostgreSQL server by its libpq URI. Each connection has
 // a name of its own, so that the scan and the grid can both hold the database open.
 
+#include "tool_db_name.h"
 #include "tool_dialect.h"
 
 #include <QSqlDatabase>
@@ -30,6 +31,8 @@ public:
     const ToolDialect &dialect() const { return ToolDialect::of(m_engine); }
     int busyTimeoutMs() const { return m_busyTimeoutMs; }
     QString displayName() const { return toolDbDisplayName(m_target); }
+    // A driver's words about this database, without its password.
+    QString errorText(const QSqlError &error) const { return toolDbErrorText(error, m_target); }
     // Closes and opens anew: a server that went away and came back needs a new session.
     bool reopen();
 

@@ -1,8 +1,6 @@
 #include "tool_dialect.h"
 
 #include <QSqlQuery>
-#include <QUrl>
-#include <QUrlQuery>
 
 namespace {
 
@@ -157,16 +155,6 @@ ToolDbEngine toolDbEngineOf(const QString &name) {
                    name.startsWith(QLatin1String("postgres://"))
                ? ToolDbEngine::Postgres
                : ToolDbEngine::Sqlite;
-}
-
-QString toolDbDisplayName(const QString &name) {
-    if (toolDbEngineOf(name) == ToolDbEngine::Sqlite)
-        return QStringLiteral("\"%1\"").arg(name);
-    QUrl url(name);
-    QUrlQuery query(url);
-    query.removeAllQueryItems(QStringLiteral("password"));
-    url.setQuery(query);
-    return url.toString(QUrl::RemovePassword);
 }
 
 const ToolDialect &ToolDialect::of(ToolDbEngine engine) {

@@ -14,9 +14,6 @@ enum class ToolDbEngine { Sqlite, Postgres };
 // anything else is the path of an SQLite file.
 ToolDbEngine toolDbEngineOf(const QString &name);
 
-// The name as messages show it: a path as given, a URI without its password.
-QString toolDbDisplayName(const QString &name);
-
 class ToolDialect {
 public:
     virtual ~ToolDialect() = default;

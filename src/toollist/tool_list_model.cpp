@@ -38,7 +38,7 @@ bool ToolListModel::read() {
     // Fetch everything, so that no open read keeps a count from writing.
     while (canFetchMore())
         fetchMore();
-    m_error = lastError().isValid() ? lastError().text() : QString();
+    m_error = lastError().isValid() ? m_connection->errorText(lastError()) : QString();
     return m_error.isEmpty();
 }
 
@@ -75,7 +75,7 @@ bool ToolListModel::setData(const QModelIndex &index, const QVariant &value, int
     update.addBindValue(stored);
     update.addBindValue(key);
     if (!update.exec()) {
-        m_error = update.lastError().text();
+        m_error = m_connection->errorText(update.lastError());
         return false;
     }
     refresh();

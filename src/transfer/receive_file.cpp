@@ -7,7 +7,7 @@ void ReceiveFile(Link &l) {
     const OutcomeRecord::Scope record(l.outcome, OperationName::ReceiveFile, l.state);
     QByteArray reply;
     runOnPort(l, [&] {
-        l.screen.setMousePointer(11);
+        l.screen.setMousePointer(HourglassPointer);
         SetCom(l);
         l.screen.setLabel1Visible(true);
         l.screen.setLabel1Caption(QStringLiteral("0"));
@@ -32,7 +32,7 @@ void ReceiveFile(Link &l) {
         }
 
         l.comm.setPortOpen(false);
-        l.screen.setMousePointer(0);
+        l.screen.setMousePointer(DefaultPointer);
     });
     // Also when the port failed (its message is out, the port closed) or the operation is
     // being ended: what came is offered for saving, and the operator decides.

@@ -1,5 +1,6 @@
 #include "profile.h"
 #include "regular_file.h"
+#include "settings_keys.h"
 #include "transfer.h"
 
 #include <QCryptographicHash>
@@ -19,7 +20,7 @@ QByteArray savedProgramSha256(const QByteArray &buffer) {
 
 void SaveFile(Link &l, const QByteArray &buffer) {
     const OutcomeRecord::Scope record(l.outcome, OperationName::SaveFile, l.state);
-    const QString dir = GetProfile(l.g, l.g.ConfigSection, QStringLiteral("CNCDir"));
+    const QString dir = GetProfile(l.g, l.g.ConfigSection, SettingsKey::CNCDir);
     if (!dir.isEmpty())
         l.dialog.InitDir = dir;
     l.dialog.Filter = QStringLiteral("Tape file *.tap|*.tap|All files *.*|*.*");
@@ -31,7 +32,7 @@ void SaveFile(Link &l, const QByteArray &buffer) {
         l.outcome.fail(OutcomeKind::Cancelled);
         return;
     }
-    PutProfile(l.g, l.g.ConfigSection, QStringLiteral("CNCDir"), folderOf(path));
+    PutProfile(l.g, l.g.ConfigSection, SettingsKey::CNCDir, folderOf(path));
 
     // Written beside the old file and renamed over it only once all of it is written: a full
     // disk or a failed write leaves what was there, and no empty file where there was none.

@@ -1,4 +1,5 @@
 #include "comm.h"
+#include "link_times.h"
 #include "nc_file_survey.h"
 #include "nc_line_reader.h"
 #include "transfer.h"
@@ -49,7 +50,7 @@ void sendAcknowledged(Link &l, NcLineReader &file, const QString &prefix) {
     const qint64 total = file.size();
     qint64 sent = 0;
     bool blank = false;
-    l.timer.setInterval(5000);
+    l.timer.setInterval(AnswerTimeoutMs);
     l.comm.output("R" + CR);
     WaitForAnswer(l);
     while (!file.atEnd() && !g.TimedOut) {
@@ -81,11 +82,11 @@ void sendStream(Link &l, NcLineReader &file, const QString &prefix) {
     Globals &g = l.g;
     const qint64 total = file.size();
     qint64 sent = 0;
-    l.timer.setInterval(60000);
+    l.timer.setInterval(FirstXonTimeoutMs);
     l.comm.output(QByteArray(1, WireChar::XON));
     if (g.WaitXon != 0)
         WaitForXon(l);
-    l.timer.setInterval(5000);
+    l.timer.setInterval(XonTimeoutMs);
     while (!file.atEnd() && !g.TimedOut) {
         l.yield.DoEvents();
         if (l.state.ending())
@@ -143,10 +144,10 @@ void SendData(Link &l, const QString &FileName) {
 
     runOnPort(l, [&] {
         SetCom(l);
-        l.screen.setMousePointer(11);
+        l.screen.setMousePointer(HourglassPointer);
         NcLineReader file(FileName);
         if (!file.open()) {
-            l.screen.setMousePointer(0);
+            l.screen.setMousePointer(DefaultPointer);
             l.screen.setLabel1Visible(false);
             const QString text = QStringLiteral("%1: %2").arg(FileName, file.errorString());
             l.outcome.fail(OutcomeKind::FileFailure, text);
@@ -172,7 +173,7 @@ void SendData(Link &l, const QString &FileName) {
         if (l.comm.portOpen())
             l.comm.setPortOpen(false);
         l.screen.setLabel1Visible(false);
-        l.screen.setMousePointer(0);
+        l.screen.setMousePointer(DefaultPointer);
         if (file.failed()) {
             const QString text = QStringLiteral("%1: %2. The lines before it were sent, the rest "
                                                 "of the file was not.")

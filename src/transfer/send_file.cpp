@@ -1,4 +1,5 @@
 #include "profile.h"
+#include "settings_keys.h"
 #include "transfer.h"
 
 #include <QFileInfo>
@@ -37,7 +38,7 @@ void SendFile(Link &l) {
     Globals &g = l.g;
     CmDialog &d = l.dialog;
     const OutcomeRecord::Scope record(l.outcome, OperationName::SendFile, l.state);
-    const QString tapeDir = GetProfile(g, g.ConfigSection, QStringLiteral("TapeDir"));
+    const QString tapeDir = GetProfile(g, g.ConfigSection, SettingsKey::TapeDir);
     if (!tapeDir.isEmpty())
         d.InitDir = tapeDir;
     const bool tape = g.CncType == Cnc303 || g.CncType == Cnc504;
@@ -59,6 +60,6 @@ void SendFile(Link &l) {
         return;
     }
     // Stored before the transfer, so the folder is remembered also when it fails.
-    PutProfile(g, g.ConfigSection, QStringLiteral("TapeDir"), folderOf(FileName));
+    PutProfile(g, g.ConfigSection, SettingsKey::TapeDir, folderOf(FileName));
     SendData(l, FileName);
 }

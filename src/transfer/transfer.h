@@ -21,6 +21,13 @@ void ReceiveFile(Link &l);
 // is a time-out; a reply ended at once (an EOT) means the control had nothing to give.
 void noteReception(Link &l, const ReplyTally &tally, const QByteArray &reply);
 void SaveFile(Link &l, const QByteArray &buffer);
+
+// Waits up to `waitMs` for the control to punch a program on its own (an "XonXoff" control has
+// no request), reads it and offers it for saving.
+void ReceivePunch(Link &l, int waitMs);
+// The section's PunchSilence: how long a punch may pause before it counts as ended.
+inline constexpr int DefaultPunchSilenceMs = 10000;
+int punchSilenceMs(const Globals &g);
 // What a save writes to an open file: the received bytes as they came, then one CR LF.
 bool writeSavedProgram(QFileDevice &out, const QByteArray &buffer);
 // Lower-case hex SHA-256 of what writeSavedProgram writes.

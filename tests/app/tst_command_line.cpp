@@ -49,6 +49,18 @@ private slots:
         row("args: -b as a limit string, in the line form", "-x \"(\" \"-b\"",
             QStringList{"-x \"(\" \"-b\""}, "x[(|-b] b");
         row("args: -x glued is no -x", "-x( a", QStringList{"-x(", "a"}, "x[(]");
+        row("args: a path with a blank", "-d \"my tools.db\" -c 033",
+            QStringList{"-d", "my tools.db", "-c", "033"}, "c2 d[my tools.db]");
+        row("args: limit strings moved behind the options", "-c 033 -b -x \"(\" \"-\"",
+            QStringList{"-x", "(", "-", "-c", "033", "-b"}, "c2 x[(|-] b");
+        // A piece of the line in one argument stands as it is, and ends the limit strings.
+        row("args: the whole line as one argument", "-c 033 -s Shop", QStringList{"-c 033 -s Shop"},
+            "c2 s[Shop]");
+        row("args: one option and its value", "-s Shop", QStringList{"-s Shop"}, "s[Shop]");
+        row("args: options glued to their values", "-c033 -sShop", QStringList{"-c033 -sShop"},
+            "c2 s[Shop]");
+        row("args: a piece of the line after limit strings", "-c 033 -s Shop -x \"(\"",
+            QStringList{"-x", "(", "-c 033 -s Shop"}, "c2 s[Shop] x[(]");
     }
 
     void getParameter() {

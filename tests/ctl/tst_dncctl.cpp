@@ -43,6 +43,13 @@ public:
                                               .arg(type)
                                               .toUtf8());
     }
+    // COM1: as the setup dialog leaves it: the device chosen in [Ports], none in the environment.
+    bool chooseDeviceInPorts() {
+        m_env.remove("DNC_COM1");
+        const QByteArray ini = readFile(path("dnc.ini"));
+        return !ini.isNull() &&
+               writeFile(path("dnc.ini"), ini + "[Ports]\nCOM1=" + vc.device().toUtf8() + "\n");
+    }
     QString path(const QString &name) const { return m_dir.filePath(name); }
     QString stored(const QString &name) const { return m_store.filePath(name); }
 
@@ -154,6 +161,17 @@ private slots:
         QCOMPARE(rig.vc.rxSettled(rx.size()), rx);
         QCOMPARE(QFile::exists(rig.path("got.tap")), !saved.isNull());
         QCOMPARE(readFile(rig.path("got.tap")), saved);
+    }
+
+    // The device a port opens is the one chosen for it in the setup dialog.
+    void portsSection() {
+        Rig rig;
+        QVERIFY2(rig.start("303"), qPrintable(rig.vc.errorString()));
+        QVERIFY(rig.chooseDeviceInPorts());
+        QProcess p;
+        QCOMPARE(rig.run(p, {"-s", "Shop", "send", "PART.tap"}), 0);
+        const QByteArray rx = "R\r" + QByteArray(Part).replace('\n', "") + "\x04\r";
+        QCOMPARE(rig.vc.rxSettled(rx.size()), rx);
     }
 
     // What an operation does when it is ended is checked where the window ends it; here, that

@@ -1,5 +1,5 @@
-// The choice of a program from the window's own list, over the scripted port. The listing's
-// rules: fuzz/fuzz_reply_loops.
+// CC and CE by control type, and the choice of a program from the window's own list, over the
+// scripted port. The listing's rules: fuzz/fuzz_reply_loops.
 #include "chunk_script.h"
 #include "directory.h"
 #include "rows.h"
@@ -13,6 +13,29 @@ using Chunks = QList<QByteArray>;
 class TstDirectoryCommands : public QObject {
     Q_OBJECT
 private slots:
+    void changeCommands_data() {
+        QTest::addColumn<qint16>("type");
+        QTest::addColumn<bool>("execute"); // CE; else CC
+        QTest::addColumn<B>("wire");       // empty: the port is not opened
+        row("CC on a 303", qint16(Cnc303), false, B("CC"));
+        row("CE on a 303", qint16(Cnc303), true, B("CE"));
+        row("CC before any type is read", qint16(CncNone), false, B("CC"));
+        row("CE on a 504", qint16(Cnc504), true, B());
+        row("CC on an XonXoff", qint16(CncXonXoff), false, B());
+    }
+    void changeCommands() {
+        QFETCH(qint16, type);
+        QFETCH(bool, execute);
+        QFETCH(B, wire);
+        FakeLink f;
+        f.g.ComSettings = QStringLiteral("COM1:9600,E,7,2");
+        f.g.CncType = type;
+        execute ? ChangeExecute(f.link) : ChangeContext(f.link);
+        QCOMPARE(f.comm.written(), wire);
+        QCOMPARE(f.comm.opens, wire.isEmpty() ? 0 : 1);
+        QCOMPARE(leftOver(f), QString());
+    }
+
     // DeleteContext drives the choice, so the line shows what was chosen.
     void choice_data() {
         QTest::addColumn<Chunks>("listing");

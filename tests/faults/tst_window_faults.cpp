@@ -4,10 +4,8 @@
 
 #include "commands_by_type.h"
 #include "dnc_window.h"
-#include "event_loop_yield.h"
 #include "fault_support.h"
-#include "qt_link_timer.h"
-#include "serial_comm.h"
+#include "real_link_parts.h"
 #include "window_guard.h"
 
 #include <QtWidgets>
@@ -31,11 +29,8 @@ private slots:
         QVERIFY(writeFile(g.iniPath, "[Default]\nPort=COM1:\nBaud=115200\nParity=N\nData=8\n"
                                      "Stop=1\nCNC=303\n"));
         OperationState state;
-        SerialComm comm;
-        comm.setOperationState(&state);
-        QtLinkTimer timer(g, 5);
-        EventLoopYield yield(comm, timer);
-        DncWindow w(g, state, comm, timer, yield, QString());
+        RealLinkParts parts(g, state, QString(), 5);
+        DncWindow w(g, state, parts.comm, parts.timer, parts.yield, QString());
         w.show();
         WindowGuard guard;
         guard.expect<QFileDialog>([&](QFileDialog *files) {
@@ -49,7 +44,8 @@ private slots:
         guard.check();
         const B saved("L1\r\nL\r\n"), inFile = readFile(savePath);
         QCOMPARE(inFile, saved);
-        QVERIFY(!w.isVisible() && !comm.portOpen() && !timer.enabled() && !w.Label1->isVisible());
+        QVERIFY(!w.isVisible() && !parts.comm.portOpen() && !parts.timer.enabled() &&
+                !w.Label1->isVisible());
         QCOMPARE(openDescriptors(savePath), 0);
         QVERIFY2(ms < 20000, qPrintable(QString::number(ms)));
 

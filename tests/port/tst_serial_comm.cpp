@@ -1,6 +1,9 @@
-// The port through the real QSerialPort on a pseudo-terminal; the test plays the far end.
+// The port through the real QSerialPort on a pseudo-terminal; the test plays the far end. And
+// the device a port stands for in the parts every front end builds.
+#include "files.h"
 #include "open_failure.h"
 #include "pty_pair.h"
+#include "real_link_parts.h"
 #include "rows.h"
 #include "serial_comm.h"
 #include "serial_devices.h"
@@ -9,6 +12,7 @@
 #include <optional>
 
 #include <pwd.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 class TstSerialComm : public QObject {
@@ -60,6 +64,42 @@ private slots:
         QTEST((QList<int>{s.baud, int(s.parity), int(s.dataBits), int(s.stopBits),
                           s.bitsPerCharacter()}),
               "values");
+    }
+
+    // The device COM1: stands for in the parts every front end builds: a device given to them,
+    // else DNC_COM1, else the choice of the setup dialog in [Ports], read at each opening.
+    void deviceOfPort_data() {
+        QTest::addColumn<QString>("given");
+        QTest::addColumn<QString>("environment"); // DNC_COM1
+        QTest::addColumn<QString>("ports");       // COM1 in [Ports]
+        QTest::addColumn<QString>("opened");
+        const QString usb = QStringLiteral("/dev/serial/by-id/usb-FTDI-port0");
+        row("[Ports]", QString(), QString(), usb, usb);
+        row("nothing chosen", QString(), QString(), QString(), QStringLiteral("/dev/ttyS0"));
+        row("DNC_COM1 before [Ports]", QString(), QStringLiteral("/dev/ttyUSB7"), usb,
+            QStringLiteral("/dev/ttyUSB7"));
+        row("a device given before both", QStringLiteral("/dev/pts/9"),
+            QStringLiteral("/dev/ttyUSB7"), usb, QStringLiteral("/dev/pts/9"));
+    }
+    void deviceOfPort() {
+        QFETCH(QString, given);
+        QFETCH(QString, environment);
+        QFETCH(QString, ports);
+        QTemporaryDir dir;
+        Globals g;
+        g.iniPath = dir.filePath(QStringLiteral("dnc.ini"));
+        OperationState state;
+        RealLinkParts parts(g, state, given);
+        // Chosen after the parts were made, as in the setup dialog between two operations.
+        QVERIFY(writeFile(g.iniPath, "[Ports]\nCOM1=" + ports.toUtf8() + "\n"));
+        if (environment.isEmpty())
+            qunsetenv("DNC_COM1");
+        else
+            qputenv("DNC_COM1", environment.toUtf8());
+        parts.comm.setCommPort(1);
+        const QString opened = parts.comm.devicePath();
+        qunsetenv("DNC_COM1");
+        QTEST(opened, "opened");
     }
 
     // Lines longer than what may be in flight: Output waits for room, never more than the
@@ -137,6 +177,30 @@ private slots:
                                 .arg(QRegularExpression::escape(pty().slavePath()));
         const QRegularExpression rx(one, QRegularExpression::DotMatchesEverythingOption);
         QVERIFY2(rx.match(text).hasMatch(), qPrintable(text));
+    }
+
+    // The kernel raises DTR and RTS at each opening: right behind it the port sets them on the
+    // device it opened, DTR as enabled and RTS down. A pseudo-terminal refuses both and opens.
+    void modemLines() {
+        struct stat device {};
+        QCOMPARE(::stat(QFile::encodeName(pty().slavePath()).constData(), &device), 0);
+        QList<QList<bool>> set; // on the device opened, DTR, RTS
+        SerialComm comm(pty().slavePath());
+        comm.setModemLineSetter([&](int fd, bool dtr, bool rts) {
+            struct stat st {};
+            set << QList<bool>{::fstat(fd, &st) == 0 && st.st_rdev == device.st_rdev, dtr, rts};
+            return SerialComm::setModemLines(fd, dtr, rts);
+        });
+        comm.setPortOpen(true);
+        QCOMPARE(set, (QList<QList<bool>>{{true, false, false}}));
+        comm.setDTREnable(true);
+        comm.setPortOpen(false);
+        comm.setPortOpen(true);
+        comm.output("R\r");
+        QCOMPARE(pty().receiveCount(2, 2000), QByteArray("R\r"));
+        comm.setPortOpen(false);
+        QCOMPARE(set, (QList<QList<bool>>{
+                          {true, false, false}, {true, true, false}, {true, true, false}}));
     }
 
     // udev's by-id links are the stable names; a device without one keeps its own.

@@ -22,6 +22,7 @@ public:
     bool dtr = false;
     bool open = false;
     int opens = 0;
+    QList<bool> dtrAtOpens; // DTR as each opening found it
     int closes = 0;
 
     // Bytes that stay "in the queue" after a write: outBufferCount reports them and
@@ -53,6 +54,7 @@ public:
         if (o && !open) {
             step("open");
             ++opens;
+            dtrAtOpens << dtr;
         } else if (!o && open) {
             ++closes;
             queued = 0;

@@ -3,6 +3,7 @@
 
 #include "fake_comm.h"
 #include "link.h"
+#include "link_times.h"
 
 #include <QStringList>
 #include <QTest>
@@ -13,7 +14,7 @@
 class FakeTimer : public LinkTimer {
 public:
     explicit FakeTimer(Globals &g) : m_g(g) {}
-    int ms = 10000;
+    int ms = InitialIntervalMs;
     bool on = false;
     int starts = 0; // stopped -> running transitions
     void setInterval(int v) override { ms = v; }
@@ -151,7 +152,7 @@ template <class L> QString leftOver(L &l) {
         left << QStringLiteral("timer running");
     if (l.screen.label1Visible)
         left << QStringLiteral("Label1 shown");
-    if (l.screen.pointer == 11)
+    if (l.screen.pointer == HourglassPointer)
         left << QStringLiteral("hourglass");
     return left.join(QStringLiteral(", "));
 }

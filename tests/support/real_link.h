@@ -2,10 +2,9 @@
 // Real pieces against the virtual control: the port on its pseudo-terminal, the clock run
 // `divisor` times faster (a silence ends a wait without real seconds), the event loop's yield.
 
-#include "event_loop_yield.h"
 #include "fake_link.h"
-#include "qt_link_timer.h"
-#include "serial_comm.h"
+#include "link_times.h"
+#include "real_link_parts.h"
 
 // The operator picks entry `pick` of List1 as soon as it shows one.
 class OperatorScreen : public RecordingScreen {
@@ -16,21 +15,21 @@ public:
 
 struct RealLink {
     Globals g;
-    SerialComm comm;
-    QtLinkTimer timer;
-    EventLoopYield yield{comm, timer};
+    OperationState state;
+    RealLinkParts parts;
+    DeviceComm &comm = parts.comm;
+    QtLinkTimer &timer = parts.timer;
+    EventLoopYield &yield = parts.yield;
     OperatorScreen screen;
     CmDialog dialog;
-    OperationState state;
     OperationState::Run run{state};
     Link link{g, comm, timer, yield, screen, dialog, state};
 
     RealLink(const QString &device, qint16 cncType, int divisor = 20)
-        : comm(device), timer(g, divisor) {
+        : parts(g, state, device, divisor) {
         g.ComSettings = QStringLiteral("COM1:115200,N,8,1"); // 8 bits: every byte value passes
         g.CncType = cncType;
-        comm.setOperationState(&state);
         // As after a first transmission: long enough for a loaded test machine.
-        timer.setInterval(5000);
+        timer.setInterval(AnswerTimeoutMs);
     }
 };

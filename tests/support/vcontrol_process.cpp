@@ -50,6 +50,13 @@ void VControlProcess::refresh() {
         const qsizetype space = line.indexOf(' ');
         const QByteArray kind = line.mid(space + 1, 2), rest = line.mid(space + 4);
         const QString event = QString::fromUtf8(rest);
+        const qint64 us = line.left(space).toLongLong();
+        if (kind == "TX")
+            m_lastTxUs = us;
+        if (kind == "RX" && m_firstRxUs < 0) {
+            m_firstRxUs = us;
+            m_txBeforeRxUs = m_lastTxUs;
+        }
         if (kind == "RX" || kind == "TX")
             (kind == "RX" ? m_rx : m_tx) += QByteArray::fromHex(rest);
         else if (kind == "EV")

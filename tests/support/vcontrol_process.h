@@ -19,6 +19,7 @@ public:
     bool start(const QStringList &args, int timeoutMs = 5000);
     QString device() const { return m_device; } // the slave side of the pseudo-terminal
     QString errorString() const { return m_error; }
+    qint64 pid() const { return m_process.processId(); }
 
     bool stop(int timeoutMs = 3000); // SIGTERM: a clean exit, the link removed
 
@@ -26,6 +27,9 @@ public:
     void refresh();
     const QByteArray &rx() const { return m_rx; } // from the program to the control
     const QByteArray &tx() const { return m_tx; }
+    // Microseconds from the control's last write before the first byte it read to that byte:
+    // how long a request waited for its answer. -1 until it has read something.
+    qint64 answerGapUs() const { return m_firstRxUs < 0 ? -1 : m_firstRxUs - m_txBeforeRxUs; }
     // The rest of the line of each event `word` (START, STORED, XOFF, OVERRUN, EXIT...).
     QStringList eventTexts(const QString &word) const;
     // Everything the control read, once it has read `expected` bytes (or 3 s have passed) and
@@ -47,5 +51,8 @@ private:
     QByteArray m_partial;
     QByteArray m_rx;
     QByteArray m_tx;
+    qint64 m_lastTxUs = 0;
+    qint64 m_firstRxUs = -1;
+    qint64 m_txBeforeRxUs = 0;
     QList<std::pair<QString, QString>> m_events; // word, text
 };

@@ -14,6 +14,11 @@
 #include <latch>
 #include <thread>
 
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 namespace {
 
 const QString Old = QStringLiteral("2020-01-01 00:00:00");
@@ -39,6 +44,31 @@ struct Sender {
 void scan(const char *name, const QByteArray &file, const QStringList &names, bool fails = false,
           const QStringList &limits = {}) {
     QTest::newRow(name) << file << names << fails << limits;
+}
+
+// A port on the loopback that nobody listens on: a connect to it is refused at once.
+int deadPort() {
+    const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in a{};
+    a.sin_family = AF_INET;
+    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof a;
+    const bool bound = ::bind(fd, reinterpret_cast<sockaddr *>(&a), size) == 0 &&
+                       ::getsockname(fd, reinterpret_cast<sockaddr *>(&a), &size) == 0;
+    ::close(fd);
+    return bound ? ntohs(a.sin_port) : 0;
+}
+
+// What of a password must never be seen: the whole in any spelling, and any longer piece.
+QStringList leaksOf(const QString &password) {
+    if (password.isEmpty())
+        return {};
+    const QString decoded = QUrl::fromPercentEncoding(password.toUtf8());
+    QStringList leaks{password, decoded, QString::fromLatin1(QUrl::toPercentEncoding(decoded))};
+    for (const QString &piece : password.split(QRegularExpression(QStringLiteral("[^A-Za-z0-9]"))))
+        if (piece.size() >= 4)
+            leaks << piece;
+    return leaks;
 }
 
 } // namespace
@@ -244,6 +274,73 @@ private slots:
         for (const QStringList &f : failures)
             QVERIFY2(f.isEmpty(), qPrintable(f.join(u'|')));
         QCOMPARE(db.rows("SELECT tool, util FROM tool_list ORDER BY tool"), want);
+    }
+
+    // No message holds a password, whatever the URI looks like: at start-up, at a send, in the
+    // grid, nor in a driver's words that quote a login (one libpq took from elsewhere).
+    void passwordNeverShown_data() {
+        QTest::addColumn<QString>("login"); // between :// and the host
+        QTest::addColumn<QString>("query");
+        QTest::addColumn<QString>("password");
+        QTest::newRow("percent") << "dnc:50%offQX@"
+                                 << ""
+                                 << "50%offQX";
+        QTest::newRow("hash") << "dnc:Kx#Yq7w@"
+                              << ""
+                              << "Kx#Yq7w";
+        QTest::newRow("blank") << "dnc:Vb9 Zr4t@"
+                               << ""
+                               << "Vb9 Zr4t";
+        QTest::newRow("@ in the password") << "dnc:Pw@Qz8k@"
+                                           << ""
+                                           << "Pw@Qz8k";
+        QTest::newRow("encoded") << "dnc:Rk2%23Lm7@"
+                                 << ""
+                                 << "Rk2%23Lm7";
+        QTest::newRow("no password") << "dnc@"
+                                     << ""
+                                     << "";
+        QTest::newRow("password only") << ":Mn5Hj@"
+                                       << ""
+                                       << "Mn5Hj";
+        QTest::newRow("in the query") << "dnc@"
+                                      << "?sslmode=disable&password=Ty6Gh"
+                                      << "Ty6Gh";
+    }
+    void passwordNeverShown() {
+        QFETCH(QString, login);
+        QFETCH(QString, query);
+        QFETCH(QString, password);
+        const int port = deadPort();
+        QVERIFY(port > 0);
+        const QString name =
+            "postgresql://" + login + "127.0.0.1:" + QString::number(port) + "/tools" + query;
+        const QString elsewhere = QStringLiteral("Hq3Wd");
+
+        QStringList shown{startToolDatabase(name).message};
+        QTemporaryDir dir;
+        const QString program = dir.filePath(QStringLiteral("P.tap"));
+        writeFile(program, "/t1 drill\r");
+        Globals g;
+        g.DatabasePath = name;
+        RecordingScreen screen;
+        ToolListUpdater(g, screen, 200).UpdateToolList(program);
+        shown << screen.takeBox().text;
+        ToolListModel grid(name, 200);
+        QVERIFY(!grid.refresh());
+        shown << grid.errorText();
+        for (const QString &text : shown)
+            QVERIFY2(text.contains(toolDbDisplayName(name)), qPrintable(text));
+        shown << toolDbSafeText(
+            QStringLiteral(R"(no login for "%1": userinfo = "dnc:%2", password='%2')")
+                .arg(name, elsewhere),
+            name);
+
+        const QStringList leaks = leaksOf(password) << elsewhere;
+        for (const QString &text : shown) {
+            for (const QString &leak : leaks)
+                QVERIFY2(!text.contains(leak), qPrintable(leak + " in: " + text));
+        }
     }
 
     // More rows than one fetch of the model: a half-read table would hold a count's write.

@@ -28,6 +28,17 @@ struct Line {
     }
 };
 
+// The CPU time a process has used, in clock ticks (user and system).
+qint64 cpuTicks(qint64 pid) {
+    QFile f(QStringLiteral("/proc/%1/stat").arg(pid));
+    if (!f.open(QIODevice::ReadOnly))
+        return -1;
+    // Behind the name in parentheses: state is the first field, utime the 12th, stime the 13th.
+    const QByteArray text = f.readAll();
+    const QList<QByteArray> fields = text.mid(text.lastIndexOf(')') + 2).split(' ');
+    return fields.size() > 12 ? fields[11].toLongLong() + fields[12].toLongLong() : -1;
+}
+
 } // namespace
 
 class TstVControl : public QObject {
@@ -75,6 +86,37 @@ private slots:
         // The machine cannot have taken it faster than 4000 characters a second.
         QVERIFY2(clock.elapsed() >= stored.size() * 225 / 1000,
                  qPrintable(QString::number(clock.elapsed())));
+    }
+
+    // While it holds the sender the control sleeps, and SIGTERM ends it at once: the end gap
+    // of a held program runs out long before the hold does.
+    void holdSleeps_data() {
+        QTest::addColumn<QStringList>("args");
+        QTest::newRow("X-off at the high-water mark")
+            << QStringList{"--buffer", "64", "--rate", "10", "--xoff-at", "48", "--xon-at", "16"};
+        QTest::newRow("halt after a line")
+            << QStringList{"--halt-after-line", "1", "--halt-ms", "10000"};
+    }
+    void holdSleeps() {
+        QFETCH(QStringList, args);
+        VControlProcess vc;
+        QVERIFY2(vc.start(QStringList{"--type", "XonXoff", "--end-gap", "100"} + args),
+                 qPrintable(vc.errorString()));
+        Line line(vc.device());
+        QVERIFY(line.send(QByteArray(1, WireChar::XON) + QByteArray("N1000 G1 X1\r").repeated(5)));
+        QCOMPARE(line.read(3000), QByteArray(1, WireChar::XOFF));
+        QThread::msleep(300); // the end gap is past, the hold goes on for seconds
+        const qint64 before = cpuTicks(vc.pid());
+        QThread::msleep(1000);
+        const qint64 used = cpuTicks(vc.pid()) - before;
+        QVERIFY(before >= 0);
+        QVERIFY2(used <= ::sysconf(_SC_CLK_TCK) / 20, // 5% of a core
+                 qPrintable(QStringLiteral("%1 ticks in a second").arg(used)));
+        QElapsedTimer clock;
+        clock.start();
+        QVERIFY2(vc.stop(1000), "still running a second after SIGTERM");
+        QVERIFY2(clock.elapsed() < 500, qPrintable(QString::number(clock.elapsed())));
+        QVERIFY(vc.waitForEvent("EXIT", 1, 0));
     }
 
     // A go-ahead comes once the line has carried the CR of its line, and then takes its own two

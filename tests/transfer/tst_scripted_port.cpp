@@ -1,6 +1,7 @@
 // Transfers over the scripted port and clock, read by read: the waits, the ways a send ends,
 // the silence that ends a reception. Any bytes: fuzz/; the real port: tests/faults.
 #include "chunk_script.h"
+#include "directory.h"
 #include "files.h"
 #include "rows.h"
 #include "transfer.h"
@@ -139,6 +140,32 @@ private slots:
             QCOMPARE(r.f.timer.interval(), 5000);
         }
         QCOMPARE(leftOver(r.f), QString());
+    }
+
+    // One port across operations, as the window keeps it: DTR is down at each opening until
+    // the first send raises it, and up at every opening after that.
+    void dtrPerOperation() {
+        Run r(1, numberedLines(2));
+        FakeLink &f = r.f;
+        f.comm.onOutput = [&](const B &b) {
+            if (b.endsWith("\r"))
+                f.comm.inbox += Go;
+        };
+        f.yield.idle = [&] { f.timer.fire(); }; // the directory's reply ends in silence
+        const QList<QPair<const char *, std::function<void()>>> operations{
+            {"CC before any send", [&] { ChangeContext(f.link); }},
+            {"map before any send", [&] { MapContext(f.link); }},
+            {"send", [&] { SendData(f.link, r.path); }},
+            {"map after a send", [&] { MapContext(f.link); }},
+            {"CE after a send", [&] { ChangeExecute(f.link); }},
+        };
+        for (const auto &[name, operation] : operations) {
+            const int opens = f.comm.opens;
+            operation();
+            QVERIFY2(f.comm.opens == opens + 1, name);
+            QCOMPARE(leftOver(f), QString());
+        }
+        QCOMPARE(f.comm.dtrAtOpens, (QList<bool>{false, false, true, true, true}));
     }
 
     // The silence that ends a reception, which fuzz/fuzz_reply_loops does not state: a tick

@@ -11,11 +11,8 @@
 
 #include "command_line.h"
 #include "dnc_window.h"
-#include "event_loop_yield.h"
-#include "port_devices.h"
 #include "profile.h"
-#include "qt_link_timer.h"
-#include "serial_comm.h"
+#include "real_link_parts.h"
 #include "serial_devices.h"
 #include "setup_dialog.h"
 
@@ -31,6 +28,10 @@
 namespace {
 
 constexpr int GiveUpMs = 60000;
+constexpr int PollMs = 20;
+// Time to be shown and painted before being touched or taken: the window, the setup dialog.
+constexpr int WindowShownMs = 500;
+constexpr int DialogShownMs = 300;
 int failed = 0; // the exit status once the window has closed
 
 int usage() {
@@ -39,7 +40,7 @@ int usage() {
     return 2;
 }
 
-// Runs `step` every 20 ms until it returns true.
+// Runs `step` every PollMs until it returns true.
 void poll(QObject *owner, std::function<bool()> step) {
     auto *t = new QTimer(owner);
     QObject::connect(t, &QTimer::timeout, owner, [t, step] {
@@ -48,7 +49,7 @@ void poll(QObject *owner, std::function<bool()> step) {
             t->deleteLater();
         }
     });
-    t->start(20);
+    t->start(PollMs);
 }
 
 void save(QWidget *w, const QString &out) {
@@ -80,12 +81,8 @@ int main(int argc, char *argv[]) {
     Globals g;
     g.iniPath = defaultIniPath();
     OperationState state;
-    SerialComm comm;
-    comm.setConfiguredDevices([&g](int port) { return configuredDevice(g, port); });
-    comm.setOperationState(&state);
-    QtLinkTimer timer(g);
-    EventLoopYield yield(comm, timer);
-    DncWindow window(g, state, comm, timer, yield, commandLineFromArgs(dncArgs));
+    RealLinkParts parts(g, state);
+    DncWindow window(g, state, parts.comm, parts.timer, parts.yield, commandLineFromArgs(dncArgs));
     window.setSerialDeviceScan([] { return presentSerialDevices(); });
     window.show();
 
@@ -94,8 +91,7 @@ int main(int argc, char *argv[]) {
         QCoreApplication::exit(1);
     });
 
-    // Let the window be shown and painted before it is touched.
-    QTimer::singleShot(500, &window, [&] {
+    QTimer::singleShot(WindowShownMs, &window, [&] {
         if (mode == QLatin1String("window")) {
             save(&window, out);
             window.close();
@@ -106,7 +102,7 @@ int main(int argc, char *argv[]) {
                 auto *setup = qobject_cast<SetupDialog *>(QApplication::activeModalWidget());
                 if (!setup || !setup->isVisible())
                     return false;
-                QTimer::singleShot(300, setup, [&, setup] {
+                QTimer::singleShot(DialogShownMs, setup, [&, setup] {
                     save(setup, out);
                     setup->reject();
                 });

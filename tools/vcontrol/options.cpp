@@ -48,6 +48,10 @@ Type XonXoff:
   --halt-char HEX          the halting character (default 13, X-off)
   --halt-ms MS             (default 1000)
   --end-gap MS             a program ends after MS of silence once drained (default 1000)
+  --punch FILE             punch the bytes of FILE as they are, as an operator at the control
+                           does (a program, or a request for one); repeat for several
+  --punch-after MS         the first punch MS after the start (default 300)
+  --punch-gap MS           each further punch MS after the one before (default 1000)
   --baud N                 characters reach the control at the speed of an 8N1 line of N
                            baud, as a UART would hand them over, and what it sends reaches
                            the program at that speed too (XonXoff: its X-off and X-on go at
@@ -174,6 +178,12 @@ Options parseOptions(int argc, char **argv) {
             o.haltChar = static_cast<unsigned char>(c[0]);
         } else if (opt == "--halt-ms") {
             o.haltMs = num();
+        } else if (opt == "--punch") {
+            o.punches.push_back(arg());
+        } else if (opt == "--punch-after") {
+            o.punchAfterMs = num();
+        } else if (opt == "--punch-gap") {
+            o.punchGapMs = num();
         } else if (opt == "--end-gap") {
             o.endGapMs = num();
         } else if (opt == "--baud") {

@@ -3,6 +3,7 @@
 // programs live, and the faults it shows on demand.
 
 #include <string>
+#include <vector>
 
 enum class ControlType { T303, T504, XonXoff };
 
@@ -40,6 +41,11 @@ struct Options {
     unsigned char haltChar = 0x13;
     long haltMs = 1000;
     long endGapMs = 1000;
+    // Programs punched at the control, in order: the first after punchAfterMs, each next one
+    // punchGapMs after the one before.
+    std::vector<std::string> punches;
+    long punchAfterMs = 300;
+    long punchGapMs = 1000;
     // 0: what the program writes is read at once; else it reaches the control at the speed of
     // a line of this many baud (8N1: a tenth of it in characters a second), and so do the
     // control's answers and programs.

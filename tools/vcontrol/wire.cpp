@@ -17,6 +17,16 @@ void onStop(int) {
     g_stop = 1;
 }
 
+bool stopPending() {
+    sigset_t pending;
+    if (sigpending(&pending) != 0)
+        return false;
+    for (int s : {SIGTERM, SIGINT, SIGHUP})
+        if (sigismember(&pending, s) == 1)
+            return true;
+    return false;
+}
+
 } // namespace
 
 void installStopSignals() {
@@ -91,8 +101,13 @@ short Wire::waitFor(short events, int64_t deadlineUs) {
             }
             until = std::min(until, m_lastActivity + m_idleUs);
         }
-        if (now >= until && until == deadlineUs)
+        if (now >= until && until == deadlineUs) {
+            // The stop signals get in only while ppoll waits: a run of waits already due
+            // must still end at once.
+            if (stopPending())
+                throw Stopped{};
             return 0;
+        }
         pollfd p{m_fd, events, 0};
         timespec ts{};
         timespec *tp = nullptr;

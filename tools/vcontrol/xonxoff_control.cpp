@@ -1,6 +1,8 @@
 #include "xonxoff_control.h"
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
 
 namespace {
 
@@ -10,7 +12,18 @@ constexpr char XOFF = 0x13;
 } // namespace
 
 XonXoffControl::XonXoffControl(const Options &o, Wire &w, ProgramStore &store)
-    : m_o(o), m_w(w), m_store(store), m_charUs(o.baud > 0 ? 10e6 / double(o.baud) : 0) {}
+    : m_o(o), m_w(w), m_store(store), m_charUs(o.baud > 0 ? 10e6 / double(o.baud) : 0),
+      m_punchAt(nowUs() + int64_t(o.punchAfterMs) * 1000) {}
+
+void XonXoffControl::punch() {
+    const std::string &file = m_o.punches[m_punched++];
+    std::ifstream in(file, std::ios::binary);
+    const std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    m_w.log().event("PUNCH", std::to_string(bytes.size()) + " " + file);
+    m_w.send(bytes);
+    m_w.log().event("PUNCHED", std::to_string(bytes.size()));
+    m_punchAt = nowUs() + int64_t(m_o.punchGapMs) * 1000;
+}
 
 void XonXoffControl::tx(char c) {
     if (!m_o.silent)
@@ -28,6 +41,12 @@ void XonXoffControl::run() {
             finish();
 
         int64_t until = Forever;
+        if (m_punched < m_o.punches.size()) {
+            if (now >= m_punchAt)
+                punch();
+            if (m_punched < m_o.punches.size())
+                until = m_punchAt;
+        }
         if (fill() > 0) {
             // Wake often enough to drain about one character at a time (1 to 5 ms).
             until = now + std::clamp<int64_t>(1000000 / m_o.rate, 1000, 5000);
@@ -42,7 +61,9 @@ void XonXoffControl::run() {
             until = std::min(until, m_haltUntil);
             m_w.busy();
         }
-        if (m_inProgram && fill() == 0)
+        // The end of a program is looked for only when it can come: a held program's end
+        // gap runs out in the past, and every pass would wait for nothing.
+        if (m_inProgram && fill() == 0 && !held())
             until = std::min(until, m_w.lastRxUs() + int64_t(m_o.endGapMs) * 1000);
         const bool idleLine = m_w.inbox().empty();
         if (m_w.receive(until) && idleLine)

@@ -29,6 +29,8 @@ private:
     void drain(int64_t now);
     void resumeIfDue(int64_t now);
     void finish();
+    // Sends the next program of --punch, whole.
+    void punch();
     void tx(char c);
     // Sends the X-off or the halt character and starts counting what comes after it.
     void hold(char c);
@@ -57,4 +59,6 @@ private:
     long m_beyondLine = 0;    // of them, those after the CR of the line in progress
     bool m_lineEnded = false; // that CR has come
     long m_overruns = 0;
+    size_t m_punched = 0; // programs of --punch sent so far
+    int64_t m_punchAt;    // when the next one goes
 };

@@ -1,0 +1,195 @@
+#include "station.h"
+
+#include "comm.h"
+#include "device_comm.h"
+#include "dialogue.h"
+#include "program_lookup.h"
+#include "punch_filing.h"
+#include "reply_program.h"
+#include "device_comm.h"
+#include "transfer.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QTimer>
+
+namespace {
+
+QString cutText(const Punch &p, bool ending) {
+    if (!p.portFailure.isEmpty())
+        return QStringLiteral(", cut short: the device went away");
+    if (p.cutBySilence)
+        return QStringLiteral(", cut short: the control fell silent before its closing %");
+    if (ending && !p.complete)
+        return QStringLiteral(", cut short: the station was stopped");
+    return {};
+}
+
+} // namespace
+
+Station::Station(Link &link, DeviceComm &comm, StationSettings settings, Log log,
+                 std::function<QString(StationSettings &)> reload)
+    : m_l(link), m_comm(comm), m_s(std::move(settings)), m_log(std::move(log)),
+      m_readAgain(std::move(reload)) {}
+
+int Station::run() {
+    // The station's whole life is one operation: a signal ends whatever it is doing.
+    const OperationState::Run life(m_l.state);
+    // Listening is being ready: DTR tells the control so from the first opening on.
+    m_comm.setDTREnable(true);
+    m_log(QStringLiteral("serving %1: programs from %2, punches filed in %3, requests %4")
+              .arg(m_l.g.ComSettings, m_s.programDir, m_s.receiveDir,
+                   QString::fromLatin1(m_s.requestNumber)));
+    while (!m_l.state.ending()) {
+        if (m_reload) {
+            m_reload = false;
+            if (m_comm.portOpen())
+                m_comm.setPortOpen(false);
+            StationSettings fresh;
+            const QString why = m_readAgain(fresh);
+            if (why.isEmpty()) {
+                m_s = fresh;
+                m_log(QStringLiteral("settings read again: %1").arg(m_l.g.ComSettings));
+            } else {
+                m_log(QStringLiteral("settings read again, not used: %1").arg(why));
+            }
+        }
+        if (!m_comm.portOpen() && !openPort()) {
+            pause(RetryOpenMs);
+            continue;
+        }
+        const Punch punch = m_reader.read(m_l, -1, m_s.punchSilenceMs, [this] { return m_reload; });
+        const QDateTime arrival = QDateTime::currentDateTimeUtc();
+        if (m_reader.ignored() > 0)
+            m_log(QStringLiteral("%1 characters before any %% ignored").arg(m_reader.ignored()));
+        if (!punch.bytes.isEmpty())
+            handle(punch, arrival);
+        if (!punch.portFailure.isEmpty())
+            portLost(punch.portFailure);
+    }
+    if (m_comm.portOpen())
+        m_comm.setPortOpen(false);
+    m_claim.release();
+    m_log(QStringLiteral("stopped"));
+    return 0;
+}
+
+bool Station::openPort() {
+    try {
+        SetCom(m_l);
+        PortOwner other;
+        if (!m_claim.claim(m_comm.devicePath(), m_l.g.ConfigSection, &other))
+            throw CommError{m_comm.deviceName(),
+                            QStringLiteral("%1 serves it already").arg(stationText(other))};
+        m_comm.setPortOpen(true);
+    } catch (const CommError &e) {
+        const QString text = QStringLiteral("%1: %2").arg(e.device, e.reason);
+        if (text != m_lastOpenError)
+            m_log(QStringLiteral("%1; trying again every %2 s").arg(text).arg(RetryOpenMs / 1000));
+        m_lastOpenError = text;
+        m_lost = true;
+        return false;
+    }
+    // Opened again after each answer: only a change is worth a line.
+    if (m_lost)
+        m_log(QStringLiteral("%1 is back: listening").arg(m_comm.deviceName()));
+    else if (!m_listened)
+        m_log(QStringLiteral("listening on %1").arg(m_comm.deviceName()));
+    m_lost = false;
+    m_listened = true;
+    m_lastOpenError.clear();
+    return true;
+}
+
+void Station::portLost(const QString &why) {
+    try {
+        m_comm.setPortOpen(false);
+    } catch (const CommError &) {
+        // Gone already; closed is all that is needed.
+    }
+    m_log(QStringLiteral("device lost: %1; waiting for it to come back").arg(why));
+    m_lastOpenError.clear();
+    m_lost = true;
+}
+
+void Station::handle(const Punch &punch, const QDateTime &arrival) {
+    if (const std::optional<ProgramRequest> request = requestOf(punch.bytes, m_s.requestNumber);
+        request && punch.portFailure.isEmpty() && !m_l.state.ending())
+        serve(*request);
+    else
+        file(punch, arrival);
+}
+
+void Station::file(const Punch &punch, const QDateTime &arrival) {
+    const FiledPunch filed = filePunch(m_s.receiveDir, punch.bytes, arrival);
+    if (filed.path.isEmpty())
+        m_log(QStringLiteral("punch of %1 characters NOT filed in %2: %3")
+                  .arg(punch.bytes.size())
+                  .arg(m_s.receiveDir, filed.error));
+    else
+        m_log(QStringLiteral("punch filed: %1, %2 characters, %3 lines%4")
+                  .arg(filed.path)
+                  .arg(punch.bytes.size())
+                  .arg(punch.lines)
+                  .arg(cutText(punch, m_l.state.ending())));
+}
+
+void Station::serve(const ProgramRequest &request) {
+    const ProgramLookup found = findProgram(m_s.programDir, request.name);
+    QTemporaryDir replyDir;
+    QString path = found.path;
+    if (found.refusal != LookupRefusal::None) {
+        const QByteArray why = refusalWords(found.refusal);
+        m_log(QStringLiteral("request for \"%1\" refused: %2")
+                  .arg(request.name, QString::fromLatin1(why)));
+        path = replyDir.filePath(QString::fromLatin1(m_s.replyNumber) + QStringLiteral(".tap"));
+        QFile reply(path);
+        if (!reply.open(QIODevice::WriteOnly) ||
+            reply.write(replyProgram(m_s.replyNumber, request.name, why)) < 0) {
+            m_log(QStringLiteral("no reply sent: %1").arg(reply.errorString()));
+            return;
+        }
+    } else {
+        m_log(QStringLiteral("request for \"%1\": %2").arg(request.name, path));
+    }
+    // Time for the operator to switch the control to read.
+    pause(m_s.requestDelayMs);
+    if (m_l.state.ending())
+        return;
+    send(path, found.refusal == LookupRefusal::None);
+}
+
+void Station::send(const QString &path, bool countTools) {
+    // What the control sent behind its request is no answer to anything we send.
+    m_l.comm.input();
+    ToolListHook *const counter = m_l.toolList;
+    if (!countTools)
+        m_l.toolList = nullptr;
+    QElapsedTimer clock;
+    clock.start();
+    SendData(m_l, path);
+    m_l.toolList = counter;
+    const OutcomeRecord &r = m_l.outcome;
+    m_log(QStringLiteral("answer %1: %2, %3 characters, %4 lines in %5 s%6")
+              .arg(outcomeWord(r.kind), QDir::toNativeSeparators(path))
+              .arg(r.bytes)
+              .arg(r.lines)
+              .arg(double(clock.elapsed()) / 1000.0, 0, 'f', 1)
+              .arg(r.reason.isEmpty() ? QString() : QStringLiteral(" (") + r.reason + u')'));
+}
+
+void Station::pause(int ms) {
+    const QDeadlineTimer deadline(ms, Qt::PreciseTimer);
+    QTimer wake; // the event loop sleeps until it, a signal, or characters
+    wake.setSingleShot(true);
+    wake.setTimerType(Qt::PreciseTimer);
+    while (!deadline.hasExpired() && !m_l.state.ending() && !m_reload) {
+        // Armed anew each pass: a timer that fired a little early must not leave the loop
+        // asleep with nothing more to wake it.
+        wake.start(int(std::max<qint64>(deadline.remainingTime(), 0)));
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+}

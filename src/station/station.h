@@ -1,0 +1,54 @@
+#pragma once
+// A station serves one machine with nobody at the PC: it holds the port and listens. A program
+// the control punches is filed; a punched request (the reserved program number, the name in
+// its first comment) is answered with that program, or with a short program that says why not.
+
+#include "link.h"
+#include "port_owner.h"
+#include "punch.h"
+#include "punch_reader.h"
+#include "station_settings.h"
+
+#include <QDateTime>
+#include <functional>
+
+class DeviceComm;
+
+class Station {
+public:
+    using Log = std::function<void(const QString &)>;
+
+    // `comm` is the port the link speaks through; `reload` re-reads the settings into `g` and
+    // `settings` and says why they cannot be served, or empty.
+    Station(Link &link, DeviceComm &comm, StationSettings settings, Log log,
+            std::function<QString(StationSettings &)> reload);
+
+    // Serves until the link's operation state is asked to end. Returns the exit status.
+    int run();
+    // Asked from outside (SIGHUP): the settings are read again before the next punch.
+    void requestReload() { m_reload = true; }
+
+    static constexpr int RetryOpenMs = 3000;
+
+private:
+    bool openPort();
+    void portLost(const QString &why);
+    void handle(const Punch &punch, const QDateTime &arrival);
+    void serve(const ProgramRequest &request);
+    void file(const Punch &punch, const QDateTime &arrival);
+    void send(const QString &path, bool countTools);
+    // Waits `ms` in the event loop; an end or a reload asked for cuts it short.
+    void pause(int ms);
+
+    Link &m_l;
+    DeviceComm &m_comm;
+    StationSettings m_s;
+    Log m_log;
+    std::function<QString(StationSettings &)> m_readAgain;
+    PunchReader m_reader;
+    PortClaim m_claim;
+    bool m_reload = false;
+    bool m_lost = false;     // the device went away or could not be opened
+    bool m_listened = false; // the port has been open once
+    QString m_lastOpenError; // told once until it changes
+};
