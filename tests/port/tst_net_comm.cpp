@@ -1,6 +1,8 @@
 // The port on a device server against small scripted servers on loopback: what goes each way,
 // the bound on what is in flight, and the faults a network adds, at the opening and later.
+#include "files.h"
 #include "net_comm.h"
+#include "real_link_parts.h"
 #include "rows.h"
 #include "telnet_layer.h"
 
@@ -312,6 +314,58 @@ private slots:
             QCOMPARE(in, B("AB"));
         comm.setPortOpen(false);
         QVERIFY(!comm.portOpen());
+    }
+
+    // Wherever a device is named for COM1: (given to the parts, DNC_COM1, [Ports]), a device
+    // server's name opens its port; the kind is the name's. A malformed one is refused by name.
+    void deviceNames_data() {
+        QTest::addColumn<QString>("where"); // given, environment, ports
+        QTest::addColumn<QString>("scheme");
+        QTest::addColumn<QString>("told"); // words of the refusal; empty: it opens
+        for (const char *where : {"given", "environment", "ports"}) {
+            row(QByteArray(where) + ", raw", QString(where), QStringLiteral("tcp"), QString());
+            row(QByteArray(where) + ", rfc2217", QString(where), QStringLiteral("rfc2217"),
+                QString());
+        }
+        row("ports, no TCP port", QStringLiteral("ports"), QStringLiteral("tcp://box"),
+            QStringLiteral("COM1: (tcp://box): cannot be opened: \"tcp://box\" names no TCP port"));
+    }
+    void deviceNames() {
+        QFETCH(QString, where);
+        QFETCH(QString, scheme);
+        QFETCH(QString, told);
+        ScriptedServer server{scheme == u"tcp" ? Answer::Raw : Answer::AsAsked};
+        const QString name = scheme.contains(u':') ? scheme : server.name(qPrintable(scheme));
+        QTemporaryDir dir;
+        Globals g;
+        g.iniPath = dir.filePath(QStringLiteral("dnc.ini"));
+        QVERIFY(writeFile(
+            g.iniPath,
+            "[Ports]\nCOM1=" + (where == u"ports" ? name : QString("/dev/ttyS7")).toUtf8() + "\n"));
+        if (where == u"environment")
+            qputenv("DNC_COM1", name.toUtf8());
+        OperationState state;
+        RealLinkParts parts(g, state, where == u"given" ? name : QString());
+        parts.comm.setCommPort(1);
+        parts.comm.setSettings(QStringLiteral("9600,N,8,1"));
+        std::optional<CommError> e;
+        try {
+            parts.comm.setPortOpen(true);
+        } catch (const CommError &c) {
+            e = c;
+        }
+        qunsetenv("DNC_COM1");
+        if (!told.isEmpty()) {
+            QVERIFY(e);
+            QVERIFY2((e->device + ": " + e->reason).startsWith(told), qPrintable(e->reason));
+            return;
+        }
+        QVERIFY2(!e, e ? qPrintable(e->reason) : "");
+        QVERIFY(parts.comm.onNetwork() && parts.comm.portOpen() && server.peer);
+        QCOMPARE(server.got.startsWith(TelnetLayer::opening()), scheme == u"rfc2217");
+        parts.comm.output("G1\r");
+        parts.comm.setPortOpen(false);
+        QTRY_VERIFY(server.got.endsWith("G1\r"));
     }
 };
 
