@@ -37,8 +37,8 @@ QString checkValue(const QString &option, const QString &value) {
     if (option == u"--cnc" &&
         !QStringList{"303", "504", "xonxoff"}.contains(value, Qt::CaseInsensitive))
         return QStringLiteral("--cnc takes 303, 504 or XonXoff, not \"%1\"").arg(value);
-    if (option == u"--wait" && (!digits.match(value).hasMatch() || value.toInt() <= 0 ||
-                                value.toInt() > 86400))
+    if (option == u"--wait" &&
+        (!digits.match(value).hasMatch() || value.toInt() <= 0 || value.toInt() > 86400))
         return QStringLiteral("--wait takes seconds from 1 to 86400, not \"%1\"").arg(value);
     if (option == u"--port" && value.isEmpty())
         return QStringLiteral("--port takes a device path");
@@ -57,9 +57,8 @@ CtlParse parseCtlArguments(const QStringList &args) {
         p.error = why;
         return p;
     };
-    static const QStringList withValue{"-c",     "-s",     "-d",       "-x",
-                                       "--port", "--baud", "--parity", "--data",
-                                       "--stop", "--cnc",  "--wait"};
+    static const QStringList withValue{"-c",       "-s",     "-d",     "-x",    "--port", "--baud",
+                                       "--parity", "--data", "--stop", "--cnc", "--wait"};
     qsizetype i = 0;
     for (; i < args.size(); ++i) {
         QString a = args[i];
@@ -168,7 +167,8 @@ QString ctlUsage() {
         "  -d DATABASE        count the tools of each program sent in this tool database\n"
         "  -x STRING          a limit string that cuts tool names short; repeat -x for each\n"
         "                     one (at most 10)\n"
-        "  --port DEVICE      the serial device for this run, e.g. /dev/ttyUSB0\n"
+        "  --port DEVICE      the serial device for this run, e.g. /dev/ttyUSB0, or a\n"
+        "                     device server's port: tcp://HOST:PORT, rfc2217://HOST:PORT\n"
         "  --baud N           baud rate for this run\n"
         "  --parity E|O|N     parity for this run\n"
         "  --data 7|8         data bits for this run\n"

@@ -9,6 +9,7 @@
 #include "transfer.h"
 #include "vcontrol_process.h"
 
+#include <QProcess>
 #include <QTcpServer>
 #include <QtTest>
 
@@ -308,6 +309,53 @@ private slots:
             took.elapsed() <= 1.5 * lineMs + 300,
             qPrintable(
                 QStringLiteral("%1 ms, the line needs %2 ms").arg(took.elapsed()).arg(lineMs)));
+    }
+
+    // dncctl pointed at a device server by --port: the control's list through the box, and a
+    // box nobody answers for named with its host and port (exit status 4, a port failure).
+    void dncctl_data() {
+        QTest::addColumn<bool>("served");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QString>("said"); // on standard output, or words of standard error
+        row("tcp, list", true, 0, QStringLiteral("A1.NC\nB2.NC\n"));
+        row("rfc2217, list", true, 0, QStringLiteral("A1.NC\nB2.NC\n"));
+        row("tcp, nobody listening", false, 4, QStringLiteral("127.0.0.1 port %1 refused"));
+    }
+    void dncctl() {
+        QFETCH(bool, served);
+        if (served && !Ser2netProcess::required())
+            return;
+        Served s;
+        QVERIFY(writeFile(s.store.filePath(QStringLiteral("A1.NC")), "A\r") &&
+                writeFile(s.store.filePath(QStringLiteral("B2.NC")), "B\r"));
+        QString name;
+        quint16 port = 0;
+        if (served) {
+            QVERIFY(s.start({"--type", "303"}));
+            name = s.box.name();
+        } else {
+            QTcpServer gone;
+            QVERIFY(gone.listen(QHostAddress::LocalHost));
+            port = gone.serverPort();
+            name = QStringLiteral("tcp://127.0.0.1:%1").arg(port);
+        }
+        QTemporaryDir home;
+        QProcess ctl;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("XDG_CONFIG_HOME"), home.path());
+        ctl.setProcessEnvironment(env);
+        ctl.start(QStringLiteral(DNCCTL_PATH),
+                  {"--port", name, "--baud", "115200", "--parity", "N", "--data", "8", "--stop",
+                   "1", "--cnc", "303", "--quiet", "list"});
+        QVERIFY(ctl.waitForFinished(30000));
+        QTEST(ctl.exitCode(), "status");
+        QFETCH(QString, said);
+        const QString out = QString::fromLocal8Bit(ctl.readAllStandardOutput());
+        const QString err = QString::fromLocal8Bit(ctl.readAllStandardError());
+        if (served)
+            QCOMPARE(out, said);
+        else
+            QVERIFY2(err.contains(said.arg(port)), qPrintable(err));
     }
 };
 
