@@ -1,5 +1,7 @@
 #include "device_comm.h"
 
+#include "port_owner.h"
+
 DeviceComm::DeviceComm(SerialComm &serial, NetComm &net)
     : m_serial(serial), m_net(net), m_active(&serial) {}
 
@@ -33,6 +35,9 @@ void DeviceComm::setPortOpen(bool open) {
         const std::optional<NetDevice> device = parseNetDevice(path, &why);
         if (!device)
             throw CommError{m_serial.deviceName(), QStringLiteral("cannot be opened: %1").arg(why)};
+        // A station on this PC serves the box: a second connection would take it over.
+        if (const std::optional<PortOwner> station = stationHolding(path))
+            throw CommError{m_serial.deviceName(), heldByStation(*station)};
         m_net.setTarget(*device, m_serial.deviceName());
         m_active = &m_net;
     }

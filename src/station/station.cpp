@@ -6,7 +6,6 @@
 #include "program_lookup.h"
 #include "punch_filing.h"
 #include "reply_program.h"
-#include "device_comm.h"
 #include "transfer.h"
 
 #include <QCoreApplication>

@@ -6,6 +6,7 @@
 #include "rows.h"
 #include "telnet_layer.h"
 
+#include <QProcess>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QtTest>
@@ -366,6 +367,39 @@ private slots:
         parts.comm.output("G1\r");
         parts.comm.setPortOpen(false);
         QTRY_VERIFY(server.got.endsWith("G1\r"));
+    }
+
+    // A station on this PC that serves the box is named, and the box is left alone: a second
+    // connection would take it over from the station.
+    void heldByStation() {
+        ScriptedServer server{Answer::Raw};
+        QTemporaryDir locks;
+        qputenv("DNC_LOCK_DIR", locks.path().toUtf8());
+        QProcess station; // a live process other than this one
+        station.start(QStringLiteral("sleep"), {QStringLiteral("30")});
+        QVERIFY(station.waitForStarted());
+        const qint64 pid = station.processId();
+        const QString name = server.name("tcp");
+        QVERIFY(writeFile(locks.filePath("dnc-station." + QString(name).replace(u'/', u'_')),
+                          QByteArray::number(pid) + "\nLathe1\n"));
+        Globals g;
+        OperationState state;
+        RealLinkParts parts(g, state, name.toUpper() + u'/'); // written another way
+        std::optional<CommError> e;
+        try {
+            parts.comm.setPortOpen(true);
+        } catch (const CommError &c) {
+            e = c;
+        }
+        station.kill();
+        station.waitForFinished();
+        qunsetenv("DNC_LOCK_DIR");
+        QVERIFY(e);
+        QVERIFY2(e->reason.contains(
+                     QStringLiteral("the station of section Lathe1 (process %1)").arg(pid)),
+                 qPrintable(e->reason));
+        QTest::qWait(50);
+        QVERIFY(!server.peer);
     }
 };
 
