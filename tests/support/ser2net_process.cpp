@@ -7,6 +7,9 @@
 #include <QTest>
 #include <QThread>
 
+#include <csignal>
+#include <sys/prctl.h>
+
 namespace {
 
 // Whether something listens on 127.0.0.1:port, read from the kernel's table rather than by a
@@ -73,6 +76,8 @@ bool Ser2netProcess::start(const QString &device, const Options &o) {
                 .toUtf8());
     f.close();
     m_process.setProcessChannelMode(QProcess::MergedChannels);
+    // A test that crashes leaves no server behind.
+    m_process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
     // -u: no UUCP lock file, which is the device owner's business, not the test's.
     m_process.start(QStringLiteral("ser2net"),
                     {QStringLiteral("-n"), QStringLiteral("-d"), QStringLiteral("-u"),
