@@ -114,6 +114,7 @@ void NetComm::open() {
     const QDeadlineTimer limit(m_openTimeoutMs);
     const qint64 started = WakeAlarm::now();
     connectSocket(limit);
+    m_connectedAt = WakeAlarm::now();
     tuneSocket();
     if (m_device.kind == NetDevice::Kind::Rfc2217)
         negotiate(limit);
@@ -462,6 +463,8 @@ void NetComm::close() {
     if (!m_failure)
         drain();
     m_alarm.cancel();
+    if (!m_failure && m_device.kind == NetDevice::Kind::Raw)
+        settle();
     if (!m_failure && m_socket.state() == QAbstractSocket::ConnectedState) {
         m_socket.disconnectFromHost();
         const QDeadlineTimer limit(GoodbyeMs);
@@ -473,6 +476,22 @@ void NetComm::close() {
     m_in.clear();
     trace(QStringLiteral("CLOSE %1").arg(m_name));
     m_trace.reset();
+}
+
+void NetComm::settle() {
+    const QDeadlineTimer limit(DrainMarginMs);
+    for (;;) {
+        m_socket.flush();
+        const qint64 held = (WakeAlarm::now() - m_connectedAt) / 1000000;
+        int unacknowledged = 0;
+        const int fd = int(m_socket.socketDescriptor());
+        if (fd >= 0)
+            ::ioctl(fd, SIOCOUTQ, &unacknowledged);
+        if (m_failure || fd < 0 || limit.hasExpired() || abandoned() ||
+            (held >= RawSettleMs && unacknowledged <= 0 && m_socket.bytesToWrite() == 0))
+            return;
+        sleepUntil(QDeadlineTimer(std::max<qint64>(RawSettleMs - held, 1)));
+    }
 }
 
 void NetComm::onError(QAbstractSocket::SocketError error) {

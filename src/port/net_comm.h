@@ -39,6 +39,10 @@ public:
     static constexpr int KeepCount = 3;
     // Sent data that stays unacknowledged this long ends the connection.
     static constexpr int UserTimeoutMs = 5000;
+    // A raw socket tells nothing of the box's side: a box (ser2net) that is still opening its
+    // serial device when the connection closes drops what it was given. So a connection is
+    // held this long from its opening, and until the box has taken every byte.
+    static constexpr int RawSettleMs = 100;
 
     // The device server to open, and how the operator knows the port ("COM1: (tcp://box:4001)").
     void setTarget(const NetDevice &device, const QString &name);
@@ -75,6 +79,7 @@ private:
     void sleepUntil(const QDeadlineTimer &limit);
     void pull();
     void drain();
+    void settle();
     qint64 inFlight() const;
     void wakeWhenInFlight(qint64 left);
     void workDone() const;
@@ -98,6 +103,7 @@ private:
     bool m_opening = false;
     QByteArray m_in; // the line's characters taken from the socket, not yet read
     qint64 m_emptyAt = 0;
+    qint64 m_connectedAt = 0; // WakeAlarm::now() when the connection was made
     std::optional<QString> m_failure;
     std::function<void()> m_workDone;
     const OperationState *m_state = nullptr;
