@@ -1,4 +1,5 @@
 #include "open_failure.h"
+#include "device_holder.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -68,6 +69,10 @@ QString absent(const OpenFailure &f, const QList<SerialDevice> &present) {
 }
 
 QString busy(const OpenFailure &f) {
+    if (const QString holder = deviceHolder(f.path); !holder.isEmpty())
+        return QStringLiteral("cannot be opened: %1 holds it (%2). Close that program and try "
+                              "again.")
+            .arg(holder, f.errorString);
     return QStringLiteral("cannot be opened: another program holds it (%1). Close that program "
                           "(a terminal, another DNC program) and try again.")
         .arg(f.errorString);
