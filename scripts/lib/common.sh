@@ -5,10 +5,11 @@ ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)"
 BUILD="$ROOT/build"
 
 # man-db, desktop-file-utils and lintian: the package test checks the manual pages, the menu
-# entry and the package as Debian would.
+# entry and the package as Debian would. ser2net: the device server the network port's tests
+# talk to.
 PACKAGES=(build-essential cmake qt6-base-dev qt6-serialport-dev libqt6sql6-sqlite
           qt6-qpa-plugins libgl-dev fonts-dejavu-core xvfb xauth sqlite3 clang-format ccache
-          man-db desktop-file-utils lintian postgresql libqt6sql6-psql systemd)
+          man-db desktop-file-utils lintian postgresql libqt6sql6-psql systemd ser2net)
 
 install_deps() {
     local missing=()

@@ -16,6 +16,15 @@ const char16_t *const Texts[][3] = {
      u"%1 ist in der Umgebung gesetzt und hat Vorrang: %2 wird geöffnet."},
     {u"Not present on this PC now.", u"Absent de ce PC pour l'instant.",
      u"Zurzeit an diesem PC nicht vorhanden."},
+    {u"Asking the device server…", u"Interrogation du serveur de ports série…",
+     u"Der Geräteserver wird gefragt …"},
+    {u"The device server answers.", u"Le serveur de ports série répond.",
+     u"Der Geräteserver antwortet."},
+    {u"The device server does not answer: %1", u"Le serveur de ports série ne répond pas : %1",
+     u"Der Geräteserver antwortet nicht: %1"},
+    {u"\"Look again\" asks the device server whether it answers.",
+     u"« Actualiser » demande au serveur de ports série s'il répond.",
+     u"„Neu suchen“ fragt den Geräteserver, ob er antwortet."},
 };
 // clang-format on
 

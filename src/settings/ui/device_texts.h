@@ -13,6 +13,10 @@ enum class DeviceText {
     Refresh,          // the button that looks for devices again
     EnvironmentFirst, // DNC_COMn overrides the choice
     NotPresent,       // the chosen device is not there now
+    ServerAsked,      // a device server is being asked whether it answers
+    ServerAnswers,
+    ServerSilent,   // with the reason
+    ServerNotAsked, // "Look again" asks
 };
 
 // `language` as Language: 1 English, 2 French, 3 German, 4 English.
