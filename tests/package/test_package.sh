@@ -143,8 +143,8 @@ sqlite3 "$WORK/shop/tools.db" < "$ROOT/usr/share/dnc/tool_list.sql"
 set +e
 (cd "$WORK/shop" && env -i HOME="$WORK" PATH=/usr/bin:/bin XDG_CONFIG_HOME="$WORK/config" \
     XDG_RUNTIME_DIR="$WORK/run" QT_QPA_PLATFORM=offscreen DNC_SCREENSHOT="$WORK/dnc.png" \
-    LD_PRELOAD="$PROBE" DNC_TEXT_PROBE="$WORK/texts.txt" \
-    timeout 30 "$ROOT/usr/bin/dnc" -d tools.db -c 033 > "$WORK/dnc.out" 2>&1)
+    DNC_TEXT_PROBE="$WORK/texts.txt" \
+    timeout 30 env LD_PRELOAD="$PROBE" "$ROOT/usr/bin/dnc" -d tools.db -c 033 > "$WORK/dnc.out" 2>&1)
 status=$?
 set -e
 [ $status -eq 0 ] || { cat "$WORK/dnc.out" >&2; fail "dnc ended with status $status"; }
