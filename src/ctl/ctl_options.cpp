@@ -55,10 +55,10 @@ QString checkValue(const QString &option, const QString &value) {
                                            "--wait takes seconds from 1 to 86400, not \"%1\"")
             .arg(value);
     if (option == u"--port" && value.isEmpty())
-        return QStringLiteral("--port takes a device path");
+        return QCoreApplication::translate("dncctl", "--port takes a device path");
     // An unset variable in a script: counting every tool under an empty name is never meant.
     if (option == u"-x" && value.isEmpty())
-        return QStringLiteral("-x takes a string that is not empty");
+        return QCoreApplication::translate("dncctl", "-x takes a string that is not empty");
     return {};
 }
 

@@ -281,7 +281,8 @@ int runDncctl(const CtlOptions &o) {
         unwritten = writeStdout(listingOf(r.received, g.CncType));
     if (!unwritten.isEmpty()) {
         const QString text =
-            ctlText(CtlText::CannotWrite).arg(QStringLiteral("standard output"), unwritten);
+            ctlText(CtlText::CannotWrite)
+                .arg(QCoreApplication::translate("dncctl", "standard output"), unwritten);
         r.fail(OutcomeKind::FileFailure, text);
         screen.say(text);
     }

@@ -1,5 +1,7 @@
 #include "port_owner.h"
 
+#include <QCoreApplication>
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -77,7 +79,7 @@ void PortClaim::release() {
 }
 
 QString stationText(const PortOwner &owner) {
-    return QStringLiteral("the station of section %1 (process %2)")
+    return QCoreApplication::translate("Port", "the station of section %1 (process %2)")
         .arg(owner.section)
         .arg(owner.pid);
 }

@@ -179,7 +179,7 @@ QString iniFileProblem(const Globals &g) {
         return QString();
     return QCoreApplication::translate(
                "Settings", "The settings file %1 %2: the settings can be neither read nor saved.")
-        .arg(path, why.startsWith(QLatin1String("is "))
+        .arg(path, !notRegularReason(path).isEmpty()
                        ? why
                        : QCoreApplication::translate("Settings", "cannot be read (%1)").arg(why));
 }

@@ -19,11 +19,12 @@ namespace {
 
 QString cutText(const Punch &p, bool ending) {
     if (!p.portFailure.isEmpty())
-        return QStringLiteral(", cut short: the device went away");
+        return QCoreApplication::translate("Station", ", cut short: the device went away");
     if (p.cutBySilence)
-        return QStringLiteral(", cut short: the control fell silent before its closing %");
+        return QCoreApplication::translate(
+            "Station", ", cut short: the control fell silent before its closing %");
     if (ending && !p.complete)
-        return QStringLiteral(", cut short: the station was stopped");
+        return QCoreApplication::translate("Station", ", cut short: the station was stopped");
     return {};
 }
 
