@@ -41,3 +41,34 @@ check_format() {
         return 1
     }
 }
+
+# The French and German texts: lupdate reads the code into a copy of translations/*.ts; fails
+# on a text without a finished translation, or when the committed files differ from what the
+# code makes of them (a text added, changed or gone), and names the texts.
+check_translations() {
+    local tmp bad=0 ts name lang
+    tmp="$(mktemp -d)"
+    cp "$ROOT"/translations/dnc_fr.ts "$ROOT"/translations/dnc_de.ts "$tmp"/
+    (cd "$ROOT" && /usr/lib/qt6/bin/lupdate -silent -locations none -no-obsolete src \
+        -ts "$tmp"/dnc_fr.ts "$tmp"/dnc_de.ts) || { rm -rf "$tmp"; return 1; }
+    for ts in "$tmp"/dnc_fr.ts "$tmp"/dnc_de.ts; do
+        name="$(basename "$ts")"
+        lang="$(basename "$ts" .ts)"; lang="${lang#dnc_}"
+        if ! perl -0777 -ne '
+            my $n = 0;
+            while (m{<source>(.*?)</source>\s*<translation( type="unfinished")?>(.*?)</translation>}sg) {
+                next unless $2 || $3 eq "";
+                print STDERR "No translation ('"$lang"'): \"$1\"\n"; $n++;
+            }
+            exit($n ? 1 : 0);' "$ts"; then
+            bad=1
+        elif ! cmp -s "$ts" "$ROOT/translations/$name"; then
+            echo "translations/$name is out of date with the code (lupdate -locations none" \
+                 "-no-obsolete src -ts ...):" >&2
+            diff "$ROOT/translations/$name" "$ts" | grep '^[<>].*<source>' >&2 || true
+            bad=1
+        fi
+    done
+    rm -rf "$tmp"
+    return $bad
+}
