@@ -70,6 +70,22 @@
         <source>%1: %2. The lines before it were sent, the rest of the file was not.</source>
         <translation>%1: %2. Die Zeilen davor wurden gesendet, der Rest der Datei nicht.</translation>
     </message>
+    <message>
+        <source>it has only %1 lines, no line %2</source>
+        <translation>sie hat nur %1 Zeilen, keine Zeile %2</translation>
+    </message>
+    <message>
+        <source>no line of it is block N%1</source>
+        <translation>keine ihrer Zeilen ist der Satz N%1</translation>
+    </message>
+    <message>
+        <source>no line of it calls tool %1</source>
+        <translation>keine ihrer Zeilen ruft Werkzeug %1 auf</translation>
+    </message>
+    <message>
+        <source>%1 is line %2, inside the program&apos;s head (its first %3 lines, which go first anyway)</source>
+        <translation>%1 ist Zeile %2, im Programmkopf (seine ersten %3 Zeilen, die ohnehin zuerst gesendet werden)</translation>
+    </message>
 </context>
 <context>
     <name>Port</name>
@@ -180,6 +196,14 @@
     <message>
         <source>writing to the device failed: it was unplugged, or closed at the other end</source>
         <translation>Schreiben auf die Schnittstelle fehlgeschlagen: sie wurde ausgesteckt oder am anderen Ende geschlossen</translation>
+    </message>
+    <message>
+        <source>%1 (process %2)</source>
+        <translation>%1 (Prozess %2)</translation>
+    </message>
+    <message>
+        <source>cannot be opened: %1 holds it (%2). Close that program and try again.</source>
+        <translation>kann nicht geöffnet werden: %1 belegt sie (%2). Dieses Programm beenden und noch einmal versuchen.</translation>
     </message>
 </context>
 <context>
@@ -380,6 +404,10 @@ SIGTERM hält sie an, SIGHUP liest dnc.ini zwischen zwei Übertragungen neu.
         <source>RequestNumber and ReplyNumber are the same program</source>
         <translation>RequestNumber und ReplyNumber sind dasselbe Programm</translation>
     </message>
+    <message>
+        <source>request for &quot;%1&quot; from %2: %3</source>
+        <translation>Anforderung von „%1“ ab %2: %3</translation>
+    </message>
 </context>
 <context>
     <name>ToolList</name>
@@ -546,109 +574,6 @@ SIGTERM hält sie an, SIGHUP liest dnc.ini zwischen zwei Übertragungen neu.
         <translation>unbekannter Befehl „%1“</translation>
     </message>
     <message>
-        <source>Usage: dncctl [options] COMMAND [arguments]
-
-Moves NC programs between this PC and a CNC over the serial line, with the settings
-of the window program ($XDG_CONFIG_HOME/dnc.ini) and the same dialogue on the wire.
-
-Commands:
-  send FILE          send an NC program (its tools counted with -d)
-  receive OUT        receive the program a control &quot;303&quot; sends, save it to OUT
-  receive NAME OUT   receive the program NAME from a control &quot;504&quot;
-                     (&quot;XonXoff&quot;: waits for the program punched at the control)
-                     (OUT - writes the program to standard output)
-  list               the control&apos;s programs, one a line, on standard output
-  change             CC, change program (&quot;303&quot;)
-  execute            CE, change execute (&quot;303&quot;)
-  delete NAME        DC, delete the program NAME on a control &quot;504&quot;
-
-Options, before the command, each value as its own argument:
-  -c CODE            language of the messages: 044 English, 033 French, 049 German;
-                     without it, the language of LC_ALL, LC_MESSAGES or LANG
-  -s SECTION         the section of dnc.ini (default: Default)
-  -d DATABASE        count the tools of each program sent in this tool database
-  -x STRING          a limit string that cuts tool names short; repeat -x for each
-                     one (at most 10)
-  --port DEVICE      the serial device for this run, e.g. /dev/ttyUSB0
-  --baud N           baud rate for this run
-  --parity E|O|N     parity for this run
-  --data 7|8         data bits for this run
-  --stop 1|2         stop bits for this run
-  --cnc TYPE         control type for this run: 303, 504 or XonXoff
-  --wait SECONDS     receive on &quot;XonXoff&quot;: how long to wait for the punch to
-                     begin (default 300)
-                     (the overrides leave dnc.ini untouched)
-  -q, --quiet        no progress line
-  -h, --help         this text
-  --version          the version
-
-Exit status:
-  0    done: the control took everything
-  2    bad usage
-  3    time-out: the control did not answer, or stopped answering
-  4    port failure: absent, busy, refused its settings, or gone
-  5    file failure: the file to send or to write cannot be used
-  6    no such program on the control, or the control sent none
-  7    the tool database cannot be used; nothing was sent
-  8    not offered by the control type, or the settings are incomplete
-  9    sent, but the tools were not counted (the tool database failed)
-  10   ended, but lines are missing: the send stopped at a blank line, the file
-       has no CR (sent as one line), or the control sent lines that were not kept
-  130  interrupted by Ctrl-C (SIGINT); 143 by SIGTERM
-</source>
-        <translation>Aufruf: dncctl [Optionen] BEFEHL [Argumente]
-
-Überträgt NC-Programme zwischen diesem PC und einer CNC-Steuerung über die serielle
-Leitung, mit den Einstellungen des Fensterprogramms ($XDG_CONFIG_HOME/dnc.ini) und
-demselben Ablauf auf der Leitung.
-
-Befehle:
-  send DATEI         ein NC-Programm senden (seine Werkzeuge mit -d gezählt)
-  receive AUSGABE    das Programm empfangen, das eine Steuerung „303“ sendet, in AUSGABE speichern
-  receive NAME AUSGABE  das Programm NAME von einer Steuerung „504“ empfangen
-                     („XonXoff“: wartet auf das an der Steuerung gestanzte Programm)
-                     (AUSGABE - schreibt das Programm auf die Standardausgabe)
-  list               die Programme der Steuerung, eines je Zeile, auf der Standardausgabe
-  change             CC, Programmwahl („303“)
-  execute            CE, Produktion („303“)
-  delete NAME        DC, das Programm NAME in einer Steuerung „504“ löschen
-
-Optionen, vor dem Befehl, jeder Wert als eigenes Argument:
-  -c CODE            Sprache der Meldungen: 044 Englisch, 033 Französisch, 049 Deutsch;
-                     ohne sie die Sprache von LC_ALL, LC_MESSAGES oder LANG
-  -s ABSCHNITT       der Abschnitt von dnc.ini (Standard: Default)
-  -d DATENBANK       die Werkzeuge jedes gesendeten Programms in dieser Datenbank zählen
-  -x TEXT            ein Text, an dem Werkzeugnamen abgeschnitten werden; -x für jeden
-                     wiederholen (höchstens 10)
-  --port GERÄT       die serielle Schnittstelle für diesen Lauf, z. B. /dev/ttyUSB0
-  --baud N           Baudrate für diesen Lauf
-  --parity E|O|N     Parität für diesen Lauf
-  --data 7|8         Datenbits für diesen Lauf
-  --stop 1|2         Stoppbits für diesen Lauf
-  --cnc TYP          Steuerungstyp für diesen Lauf: 303, 504 oder XonXoff
-  --wait SEKUNDEN    Empfang bei „XonXoff“: wie lange auf den Beginn der Stanzung
-                     gewartet wird (Standard 300)
-                     (diese Angaben lassen dnc.ini unverändert)
-  -q, --quiet        keine Fortschrittszeile
-  -h, --help         dieser Text
-  --version          die Version
-
-Rückgabewert:
-  0    fertig: die Steuerung hat alles übernommen
-  2    falscher Aufruf
-  3    Zeitüberschreitung: die Steuerung hat nicht oder nicht mehr geantwortet
-  4    Schnittstellenfehler: nicht vorhanden, belegt, Einstellungen abgelehnt oder weg
-  5    Dateifehler: die zu sendende oder zu schreibende Datei ist nicht verwendbar
-  6    Programm nicht in der Steuerung, oder die Steuerung hat keines gesendet
-  7    die Werkzeugdatenbank ist nicht verwendbar; nichts wurde gesendet
-  8    vom Steuerungstyp nicht angeboten, oder die Einstellungen sind unvollständig
-  9    gesendet, aber die Werkzeuge nicht gezählt (die Werkzeugdatenbank versagte)
-  10   beendet, aber es fehlen Zeilen: das Senden endete an einer Leerzeile, die Datei
-       hat kein CR (als eine Zeile gesendet), oder die Steuerung sandte nicht behaltene Zeilen
-  130  unterbrochen durch Strg-C (SIGINT); 143 durch SIGTERM
-</translation>
-    </message>
-    <message>
         <source>read-only</source>
         <translation>schreibgeschützt</translation>
     </message>
@@ -766,6 +691,133 @@ Try &apos;dncctl --help&apos;.
 </source>
         <translation>dncctl: %1
 Siehe „dncctl --help“.
+</translation>
+    </message>
+    <message>
+        <source>%1 takes a whole number above 0, not &quot;%2&quot;</source>
+        <translation>%1 verlangt eine ganze Zahl über 0, nicht „%2“</translation>
+    </message>
+    <message>
+        <source>--from-block takes a block number such as N48210, not &quot;%1&quot;</source>
+        <translation>--from-block verlangt eine Satznummer wie N48210, nicht „%1“</translation>
+    </message>
+    <message>
+        <source>one place to start from, not two</source>
+        <translation>nur eine Startstelle, nicht zwei</translation>
+    </message>
+    <message>
+        <source>--from-line, --from-block and --from-tool are for send</source>
+        <translation>--from-line, --from-block und --from-tool gelten nur für send</translation>
+    </message>
+    <message>
+        <source>Usage: dncctl [options] COMMAND [arguments]
+
+Moves NC programs between this PC and a CNC over the serial line, with the settings
+of the window program ($XDG_CONFIG_HOME/dnc.ini) and the same dialogue on the wire.
+
+Commands:
+  send FILE          send an NC program (its tools counted with -d)
+  receive OUT        receive the program a control &quot;303&quot; sends, save it to OUT
+  receive NAME OUT   receive the program NAME from a control &quot;504&quot;
+                     (&quot;XonXoff&quot;: waits for the program punched at the control)
+                     (OUT - writes the program to standard output)
+  list               the control&apos;s programs, one a line, on standard output
+  change             CC, change program (&quot;303&quot;)
+  execute            CE, change execute (&quot;303&quot;)
+  delete NAME        DC, delete the program NAME on a control &quot;504&quot;
+
+Options, before the command, each value as its own argument:
+  -c CODE            language of the messages: 044 English, 033 French, 049 German;
+                     without it, the language of LC_ALL, LC_MESSAGES or LANG
+  -s SECTION         the section of dnc.ini (default: Default)
+  -d DATABASE        count the tools of each program sent in this tool database
+  -x STRING          a limit string that cuts tool names short; repeat -x for each
+                     one (at most 10)
+  --port DEVICE      the serial device for this run, e.g. /dev/ttyUSB0
+  --baud N           baud rate for this run
+  --parity E|O|N     parity for this run
+  --data 7|8         data bits for this run
+  --stop 1|2         stop bits for this run
+  --cnc TYPE         control type for this run: 303, 504 or XonXoff
+  --from-line N      send: the program&apos;s head, then its lines from line N on
+  --from-block N48210  send: the head, then from the block N48210 on
+  --from-tool T      send: the head, then from the first line that calls tool T
+                     (T5, T05 or T0505); a part-way send counts no tools
+  --wait SECONDS     receive on &quot;XonXoff&quot;: how long to wait for the punch to
+                     begin (default 300)
+                     (the overrides leave dnc.ini untouched)
+  -q, --quiet        no progress line
+  -h, --help         this text
+  --version          the version
+
+Exit status:
+  0    done: the control took everything
+  2    bad usage
+  3    time-out: the control did not answer, or stopped answering
+  4    port failure: absent, busy, refused its settings, or gone
+  5    file failure: the file to send or to write cannot be used
+  6    no such program on the control, or the control sent none
+  7    the tool database cannot be used; nothing was sent
+  8    not offered by the control type, or the settings are incomplete
+  9    sent, but the tools were not counted (the tool database failed)
+  10   ended, but lines are missing: the send stopped at a blank line, the file
+       has no CR (sent as one line), or the control sent lines that were not kept
+  130  interrupted by Ctrl-C (SIGINT); 143 by SIGTERM
+</source>
+        <translation>Aufruf: dncctl [Optionen] BEFEHL [Argumente]
+
+Überträgt NC-Programme zwischen diesem PC und einer CNC-Steuerung über die serielle
+Leitung, mit den Einstellungen des Fensterprogramms ($XDG_CONFIG_HOME/dnc.ini) und
+demselben Ablauf auf der Leitung.
+
+Befehle:
+  send DATEI         ein NC-Programm senden (seine Werkzeuge mit -d gezählt)
+  receive AUSGABE    das Programm empfangen, das eine Steuerung „303“ sendet, in AUSGABE speichern
+  receive NAME AUSGABE  das Programm NAME von einer Steuerung „504“ empfangen
+                     („XonXoff“: wartet auf das an der Steuerung gestanzte Programm)
+                     (AUSGABE - schreibt das Programm auf die Standardausgabe)
+  list               die Programme der Steuerung, eines je Zeile, auf der Standardausgabe
+  change             CC, Programmwahl („303“)
+  execute            CE, Produktion („303“)
+  delete NAME        DC, das Programm NAME in einer Steuerung „504“ löschen
+
+Optionen, vor dem Befehl, jeder Wert als eigenes Argument:
+  -c CODE            Sprache der Meldungen: 044 Englisch, 033 Französisch, 049 Deutsch;
+                     ohne sie die Sprache von LC_ALL, LC_MESSAGES oder LANG
+  -s ABSCHNITT       der Abschnitt von dnc.ini (Standard: Default)
+  -d DATENBANK       die Werkzeuge jedes gesendeten Programms in dieser Datenbank zählen
+  -x TEXT            ein Text, an dem Werkzeugnamen abgeschnitten werden; -x für jeden
+                     wiederholen (höchstens 10)
+  --port GERÄT       die serielle Schnittstelle für diesen Lauf, z. B. /dev/ttyUSB0
+  --baud N           Baudrate für diesen Lauf
+  --parity E|O|N     Parität für diesen Lauf
+  --data 7|8         Datenbits für diesen Lauf
+  --stop 1|2         Stoppbits für diesen Lauf
+  --cnc TYP          Steuerungstyp für diesen Lauf: 303, 504 oder XonXoff
+  --from-line N      send: der Programmkopf, dann die Zeilen ab Zeile N
+  --from-block N48210  send: der Kopf, dann ab dem Satz N48210
+  --from-tool T      send: der Kopf, dann ab der ersten Zeile, die Werkzeug T aufruft
+                     (T5, T05 oder T0505); ein Teilsenden zählt keine Werkzeuge
+  --wait SEKUNDEN    Empfang bei „XonXoff“: wie lange auf den Beginn der Stanzung
+                     gewartet wird (Standard 300)
+                     (diese Angaben lassen dnc.ini unverändert)
+  -q, --quiet        keine Fortschrittszeile
+  -h, --help         dieser Text
+  --version          die Version
+
+Rückgabewert:
+  0    fertig: die Steuerung hat alles übernommen
+  2    falscher Aufruf
+  3    Zeitüberschreitung: die Steuerung hat nicht oder nicht mehr geantwortet
+  4    Schnittstellenfehler: nicht vorhanden, belegt, Einstellungen abgelehnt oder weg
+  5    Dateifehler: die zu sendende oder zu schreibende Datei ist nicht verwendbar
+  6    Programm nicht in der Steuerung, oder die Steuerung hat keines gesendet
+  7    die Werkzeugdatenbank ist nicht verwendbar; nichts wurde gesendet
+  8    vom Steuerungstyp nicht angeboten, oder die Einstellungen sind unvollständig
+  9    gesendet, aber die Werkzeuge nicht gezählt (die Werkzeugdatenbank versagte)
+  10   beendet, aber es fehlen Zeilen: das Senden endete an einer Leerzeile, die Datei
+       hat kein CR (als eine Zeile gesendet), oder die Steuerung sandte nicht behaltene Zeilen
+  130  unterbrochen durch Strg-C (SIGINT); 143 durch SIGTERM
 </translation>
     </message>
 </context>

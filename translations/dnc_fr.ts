@@ -70,6 +70,22 @@
         <source>%1: %2. The lines before it were sent, the rest of the file was not.</source>
         <translation>%1 : %2. Les lignes d&apos;avant sont parties, le reste du fichier non.</translation>
     </message>
+    <message>
+        <source>it has only %1 lines, no line %2</source>
+        <translation>il n&apos;a que %1 lignes, pas de ligne %2</translation>
+    </message>
+    <message>
+        <source>no line of it is block N%1</source>
+        <translation>aucune de ses lignes n&apos;est le bloc N%1</translation>
+    </message>
+    <message>
+        <source>no line of it calls tool %1</source>
+        <translation>aucune de ses lignes n&apos;appelle l&apos;outil %1</translation>
+    </message>
+    <message>
+        <source>%1 is line %2, inside the program&apos;s head (its first %3 lines, which go first anyway)</source>
+        <translation>%1 est la ligne %2, dans l&apos;en-tête du programme (ses %3 premières lignes, qui partent de toute façon en premier)</translation>
+    </message>
 </context>
 <context>
     <name>Port</name>
@@ -180,6 +196,14 @@
     <message>
         <source>writing to the device failed: it was unplugged, or closed at the other end</source>
         <translation>l&apos;écriture vers l&apos;interface a échoué : elle a été débranchée, ou fermée à l&apos;autre bout</translation>
+    </message>
+    <message>
+        <source>%1 (process %2)</source>
+        <translation>%1 (processus %2)</translation>
+    </message>
+    <message>
+        <source>cannot be opened: %1 holds it (%2). Close that program and try again.</source>
+        <translation>impossible d&apos;ouvrir le port : %1 l&apos;occupe (%2). Fermez ce programme et recommencez.</translation>
     </message>
 </context>
 <context>
@@ -380,6 +404,10 @@ SIGTERM l&apos;arrête, SIGHUP relit dnc.ini entre deux transferts.
         <source>RequestNumber and ReplyNumber are the same program</source>
         <translation>RequestNumber et ReplyNumber désignent le même programme</translation>
     </message>
+    <message>
+        <source>request for &quot;%1&quot; from %2: %3</source>
+        <translation>demande de « %1 » à partir de %2 : %3</translation>
+    </message>
 </context>
 <context>
     <name>ToolList</name>
@@ -546,109 +574,6 @@ SIGTERM l&apos;arrête, SIGHUP relit dnc.ini entre deux transferts.
         <translation>commande inconnue « %1 »</translation>
     </message>
     <message>
-        <source>Usage: dncctl [options] COMMAND [arguments]
-
-Moves NC programs between this PC and a CNC over the serial line, with the settings
-of the window program ($XDG_CONFIG_HOME/dnc.ini) and the same dialogue on the wire.
-
-Commands:
-  send FILE          send an NC program (its tools counted with -d)
-  receive OUT        receive the program a control &quot;303&quot; sends, save it to OUT
-  receive NAME OUT   receive the program NAME from a control &quot;504&quot;
-                     (&quot;XonXoff&quot;: waits for the program punched at the control)
-                     (OUT - writes the program to standard output)
-  list               the control&apos;s programs, one a line, on standard output
-  change             CC, change program (&quot;303&quot;)
-  execute            CE, change execute (&quot;303&quot;)
-  delete NAME        DC, delete the program NAME on a control &quot;504&quot;
-
-Options, before the command, each value as its own argument:
-  -c CODE            language of the messages: 044 English, 033 French, 049 German;
-                     without it, the language of LC_ALL, LC_MESSAGES or LANG
-  -s SECTION         the section of dnc.ini (default: Default)
-  -d DATABASE        count the tools of each program sent in this tool database
-  -x STRING          a limit string that cuts tool names short; repeat -x for each
-                     one (at most 10)
-  --port DEVICE      the serial device for this run, e.g. /dev/ttyUSB0
-  --baud N           baud rate for this run
-  --parity E|O|N     parity for this run
-  --data 7|8         data bits for this run
-  --stop 1|2         stop bits for this run
-  --cnc TYPE         control type for this run: 303, 504 or XonXoff
-  --wait SECONDS     receive on &quot;XonXoff&quot;: how long to wait for the punch to
-                     begin (default 300)
-                     (the overrides leave dnc.ini untouched)
-  -q, --quiet        no progress line
-  -h, --help         this text
-  --version          the version
-
-Exit status:
-  0    done: the control took everything
-  2    bad usage
-  3    time-out: the control did not answer, or stopped answering
-  4    port failure: absent, busy, refused its settings, or gone
-  5    file failure: the file to send or to write cannot be used
-  6    no such program on the control, or the control sent none
-  7    the tool database cannot be used; nothing was sent
-  8    not offered by the control type, or the settings are incomplete
-  9    sent, but the tools were not counted (the tool database failed)
-  10   ended, but lines are missing: the send stopped at a blank line, the file
-       has no CR (sent as one line), or the control sent lines that were not kept
-  130  interrupted by Ctrl-C (SIGINT); 143 by SIGTERM
-</source>
-        <translation>Usage : dncctl [options] COMMANDE [arguments]
-
-Transfère des programmes CN entre ce PC et une commande numérique par la liaison série,
-avec les réglages du programme à fenêtre ($XDG_CONFIG_HOME/dnc.ini) et le même dialogue
-sur la ligne.
-
-Commandes :
-  send FICHIER       envoyer un programme CN (ses outils comptés avec -d)
-  receive SORTIE     recevoir le programme qu&apos;envoie une CN « 303 », l&apos;enregistrer dans SORTIE
-  receive NOM SORTIE recevoir le programme NOM d&apos;une CN « 504 »
-                     (« XonXoff » : attend le programme perforé sur la CN)
-                     (SORTIE - écrit le programme sur la sortie standard)
-  list               les programmes de la CN, un par ligne, sur la sortie standard
-  change             CC, changement de programme (« 303 »)
-  execute            CE, changement d&apos;exécution (« 303 »)
-  delete NOM         DC, effacer le programme NOM d&apos;une CN « 504 »
-
-Options, avant la commande, chaque valeur en argument séparé :
-  -c CODE            langue des messages : 044 anglais, 033 français, 049 allemand ;
-                     sans elle, la langue de LC_ALL, LC_MESSAGES ou LANG
-  -s SECTION         la section de dnc.ini (par défaut : Default)
-  -d BASE            compter les outils de chaque programme envoyé dans cette base d&apos;outils
-  -x CHAINE          chaîne qui coupe les noms d&apos;outils ; répéter -x pour chacune
-                     (10 au plus)
-  --port PÉRIPH      le port série pour cette fois, p. ex. /dev/ttyUSB0
-  --baud N           vitesse pour cette fois
-  --parity E|O|N     parité pour cette fois
-  --data 7|8         bits de données pour cette fois
-  --stop 1|2         bits de stop pour cette fois
-  --cnc TYPE         type de CN pour cette fois : 303, 504 ou XonXoff
-  --wait SECONDES    réception sur « XonXoff » : combien attendre le début de la
-                     perforation (300 par défaut)
-                     (ces réglages ponctuels ne modifient pas dnc.ini)
-  -q, --quiet        pas de ligne d&apos;avancement
-  -h, --help         ce texte
-  --version          la version
-
-Code de sortie :
-  0    terminé : la CN a tout pris
-  2    mauvais usage
-  3    délai dépassé : la CN n&apos;a pas répondu, ou a cessé de répondre
-  4    erreur de port : absent, occupé, réglages refusés, ou disparu
-  5    erreur de fichier : le fichier à envoyer ou à écrire est inutilisable
-  6    programme absent de la CN, ou la CN n&apos;en a envoyé aucun
-  7    la base d&apos;outils est inutilisable ; rien n&apos;a été envoyé
-  8    non disponible pour ce type de CN, ou réglages incomplets
-  9    envoyé, mais outils non comptés (la base d&apos;outils a échoué)
-  10   terminé, mais il manque des lignes : l&apos;envoi s&apos;est arrêté à une ligne vide, le
-       fichier n&apos;a pas de CR (envoyé en une ligne), ou la CN a envoyé des lignes non gardées
-  130  interrompu par Ctrl-C (SIGINT) ; 143 par SIGTERM
-</translation>
-    </message>
-    <message>
         <source>read-only</source>
         <translation>lecture seule</translation>
     </message>
@@ -766,6 +691,133 @@ Try &apos;dncctl --help&apos;.
 </source>
         <translation>dncctl : %1
 Voir « dncctl --help ».
+</translation>
+    </message>
+    <message>
+        <source>%1 takes a whole number above 0, not &quot;%2&quot;</source>
+        <translation>%1 demande un nombre entier supérieur à 0, pas « %2 »</translation>
+    </message>
+    <message>
+        <source>--from-block takes a block number such as N48210, not &quot;%1&quot;</source>
+        <translation>--from-block demande un numéro de bloc comme N48210, pas « %1 »</translation>
+    </message>
+    <message>
+        <source>one place to start from, not two</source>
+        <translation>un seul point de départ, pas deux</translation>
+    </message>
+    <message>
+        <source>--from-line, --from-block and --from-tool are for send</source>
+        <translation>--from-line, --from-block et --from-tool ne valent que pour send</translation>
+    </message>
+    <message>
+        <source>Usage: dncctl [options] COMMAND [arguments]
+
+Moves NC programs between this PC and a CNC over the serial line, with the settings
+of the window program ($XDG_CONFIG_HOME/dnc.ini) and the same dialogue on the wire.
+
+Commands:
+  send FILE          send an NC program (its tools counted with -d)
+  receive OUT        receive the program a control &quot;303&quot; sends, save it to OUT
+  receive NAME OUT   receive the program NAME from a control &quot;504&quot;
+                     (&quot;XonXoff&quot;: waits for the program punched at the control)
+                     (OUT - writes the program to standard output)
+  list               the control&apos;s programs, one a line, on standard output
+  change             CC, change program (&quot;303&quot;)
+  execute            CE, change execute (&quot;303&quot;)
+  delete NAME        DC, delete the program NAME on a control &quot;504&quot;
+
+Options, before the command, each value as its own argument:
+  -c CODE            language of the messages: 044 English, 033 French, 049 German;
+                     without it, the language of LC_ALL, LC_MESSAGES or LANG
+  -s SECTION         the section of dnc.ini (default: Default)
+  -d DATABASE        count the tools of each program sent in this tool database
+  -x STRING          a limit string that cuts tool names short; repeat -x for each
+                     one (at most 10)
+  --port DEVICE      the serial device for this run, e.g. /dev/ttyUSB0
+  --baud N           baud rate for this run
+  --parity E|O|N     parity for this run
+  --data 7|8         data bits for this run
+  --stop 1|2         stop bits for this run
+  --cnc TYPE         control type for this run: 303, 504 or XonXoff
+  --from-line N      send: the program&apos;s head, then its lines from line N on
+  --from-block N48210  send: the head, then from the block N48210 on
+  --from-tool T      send: the head, then from the first line that calls tool T
+                     (T5, T05 or T0505); a part-way send counts no tools
+  --wait SECONDS     receive on &quot;XonXoff&quot;: how long to wait for the punch to
+                     begin (default 300)
+                     (the overrides leave dnc.ini untouched)
+  -q, --quiet        no progress line
+  -h, --help         this text
+  --version          the version
+
+Exit status:
+  0    done: the control took everything
+  2    bad usage
+  3    time-out: the control did not answer, or stopped answering
+  4    port failure: absent, busy, refused its settings, or gone
+  5    file failure: the file to send or to write cannot be used
+  6    no such program on the control, or the control sent none
+  7    the tool database cannot be used; nothing was sent
+  8    not offered by the control type, or the settings are incomplete
+  9    sent, but the tools were not counted (the tool database failed)
+  10   ended, but lines are missing: the send stopped at a blank line, the file
+       has no CR (sent as one line), or the control sent lines that were not kept
+  130  interrupted by Ctrl-C (SIGINT); 143 by SIGTERM
+</source>
+        <translation>Usage : dncctl [options] COMMANDE [arguments]
+
+Transfère des programmes CN entre ce PC et une commande numérique par la liaison série,
+avec les réglages du programme à fenêtre ($XDG_CONFIG_HOME/dnc.ini) et le même dialogue
+sur la ligne.
+
+Commandes :
+  send FICHIER       envoyer un programme CN (ses outils comptés avec -d)
+  receive SORTIE     recevoir le programme qu&apos;envoie une CN « 303 », l&apos;enregistrer dans SORTIE
+  receive NOM SORTIE recevoir le programme NOM d&apos;une CN « 504 »
+                     (« XonXoff » : attend le programme perforé sur la CN)
+                     (SORTIE - écrit le programme sur la sortie standard)
+  list               les programmes de la CN, un par ligne, sur la sortie standard
+  change             CC, changement de programme (« 303 »)
+  execute            CE, changement d&apos;exécution (« 303 »)
+  delete NOM         DC, effacer le programme NOM d&apos;une CN « 504 »
+
+Options, avant la commande, chaque valeur en argument séparé :
+  -c CODE            langue des messages : 044 anglais, 033 français, 049 allemand ;
+                     sans elle, la langue de LC_ALL, LC_MESSAGES ou LANG
+  -s SECTION         la section de dnc.ini (par défaut : Default)
+  -d BASE            compter les outils de chaque programme envoyé dans cette base d&apos;outils
+  -x CHAINE          chaîne qui coupe les noms d&apos;outils ; répéter -x pour chacune
+                     (10 au plus)
+  --port PÉRIPH      le port série pour cette fois, p. ex. /dev/ttyUSB0
+  --baud N           vitesse pour cette fois
+  --parity E|O|N     parité pour cette fois
+  --data 7|8         bits de données pour cette fois
+  --stop 1|2         bits de stop pour cette fois
+  --cnc TYPE         type de CN pour cette fois : 303, 504 ou XonXoff
+  --from-line N      send : l&apos;en-tête du programme, puis ses lignes à partir de la ligne N
+  --from-block N48210  send : l&apos;en-tête, puis à partir du bloc N48210
+  --from-tool T      send : l&apos;en-tête, puis à partir de la première ligne qui appelle l&apos;outil T
+                     (T5, T05 ou T0505) ; un envoi partiel ne compte pas les outils
+  --wait SECONDES    réception sur « XonXoff » : combien attendre le début de la
+                     perforation (300 par défaut)
+                     (ces réglages ponctuels ne modifient pas dnc.ini)
+  -q, --quiet        pas de ligne d&apos;avancement
+  -h, --help         ce texte
+  --version          la version
+
+Code de sortie :
+  0    terminé : la CN a tout pris
+  2    mauvais usage
+  3    délai dépassé : la CN n&apos;a pas répondu, ou a cessé de répondre
+  4    erreur de port : absent, occupé, réglages refusés, ou disparu
+  5    erreur de fichier : le fichier à envoyer ou à écrire est inutilisable
+  6    programme absent de la CN, ou la CN n&apos;en a envoyé aucun
+  7    la base d&apos;outils est inutilisable ; rien n&apos;a été envoyé
+  8    non disponible pour ce type de CN, ou réglages incomplets
+  9    envoyé, mais outils non comptés (la base d&apos;outils a échoué)
+  10   terminé, mais il manque des lignes : l&apos;envoi s&apos;est arrêté à une ligne vide, le
+       fichier n&apos;a pas de CR (envoyé en une ligne), ou la CN a envoyé des lignes non gardées
+  130  interrompu par Ctrl-C (SIGINT) ; 143 par SIGTERM
 </translation>
     </message>
 </context>

@@ -58,7 +58,10 @@ check_translations() {
             my $n = 0;
             while (m{<source>(.*?)</source>\s*<translation( type="unfinished")?>(.*?)</translation>}sg) {
                 next unless $2 || $3 eq "";
-                print STDERR "No translation ('"$lang"'): \"$1\"\n"; $n++;
+                my $text = $1;
+                $text =~ s/&quot;/"/g; $text =~ s/&apos;/\x27/g; $text =~ s/&lt;/</g;
+                $text =~ s/&gt;/>/g; $text =~ s/&amp;/&/g;
+                print STDERR "No translation ('"$lang"'): \"$text\"\n"; $n++;
             }
             exit($n ? 1 : 0);' "$ts"; then
             bad=1

@@ -18,8 +18,9 @@ struct Command {
 };
 
 const QStringList &optionsWithValue() {
-    static const QStringList withValue{"-c",       "-s",     "-d",     "-x",    "--port", "--baud",
-                                       "--parity", "--data", "--stop", "--cnc", "--wait"};
+    static const QStringList withValue{
+        "-c",     "-s",     "-d",    "-x",     "--port",      "--baud",       "--parity",
+        "--data", "--stop", "--cnc", "--wait", "--from-line", "--from-block", "--from-tool"};
     return withValue;
 }
 
@@ -53,6 +54,15 @@ QString checkValue(const QString &option, const QString &value) {
         (!digits.match(value).hasMatch() || value.toInt() <= 0 || value.toInt() > 86400))
         return QCoreApplication::translate("dncctl",
                                            "--wait takes seconds from 1 to 86400, not \"%1\"")
+            .arg(value);
+    static const QRegularExpression block(QStringLiteral("^[Nn]?[0-9]{1,12}$"));
+    if ((option == u"--from-line" || option == u"--from-tool") &&
+        (!digits.match(value).hasMatch() || value.toLongLong() <= 0 || value.size() > 12))
+        return QCoreApplication::translate("dncctl", "%1 takes a whole number above 0, not \"%2\"")
+            .arg(option, value);
+    if (option == u"--from-block" && !block.match(value).hasMatch())
+        return QCoreApplication::translate(
+                   "dncctl", "--from-block takes a block number such as N48210, not \"%1\"")
             .arg(value);
     if (option == u"--port" && value.isEmpty())
         return QCoreApplication::translate("dncctl", "--port takes a device path");
@@ -146,6 +156,16 @@ CtlParse parseCtlArguments(const QStringList &args) {
             o.stop = value;
         } else if (a == u"--cnc") {
             o.cnc = value;
+        } else if (a == u"--from-line" || a == u"--from-block" || a == u"--from-tool") {
+            if (o.start.partWay())
+                return fail(
+                    QCoreApplication::translate("dncctl", "one place to start from, not two"));
+            o.start.kind = a == u"--from-line"    ? StartKind::Line
+                           : a == u"--from-block" ? StartKind::Block
+                                                  : StartKind::Tool;
+            o.start.number =
+                (a == u"--from-block" ? value.mid(value.front().isDigit() ? 0 : 1) : value)
+                    .toLongLong();
         } else if (a == u"--wait") {
             o.waitSeconds = value.toInt();
         }
@@ -165,6 +185,9 @@ CtlParse parseCtlArguments(const QStringList &args) {
         if (o.args.size() < c.least || o.args.size() > c.most)
             return fail(QCoreApplication::translate("dncctl", "usage: dncctl [options] %1")
                             .arg(c.synopsis));
+        if (o.start.partWay() && c.command != CtlCommand::Send)
+            return fail(QCoreApplication::translate(
+                "dncctl", "--from-line, --from-block and --from-tool are for send"));
         o.command = c.command;
         return p;
     }
@@ -203,6 +226,10 @@ QString ctlUsage() {
         "  --data 7|8         data bits for this run\n"
         "  --stop 1|2         stop bits for this run\n"
         "  --cnc TYPE         control type for this run: 303, 504 or XonXoff\n"
+        "  --from-line N      send: the program's head, then its lines from line N on\n"
+        "  --from-block N48210  send: the head, then from the block N48210 on\n"
+        "  --from-tool T      send: the head, then from the first line that calls tool T\n"
+        "                     (T5, T05 or T0505); a part-way send counts no tools\n"
         "  --wait SECONDS     receive on \"XonXoff\": how long to wait for the punch to\n"
         "                     begin (default 300)\n"
         "                     (the overrides leave dnc.ini untouched)\n"

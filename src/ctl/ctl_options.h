@@ -2,6 +2,8 @@
 // The companion's command line, taken the usual way: options first, each value its own
 // argument, then the command and its arguments, which are taken as they stand.
 
+#include "start_point.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -19,6 +21,7 @@ struct CtlOptions {
     QString baud, parity, data, stop, cnc;
     int waitSeconds = 300; // receive on "XonXoff": how long to wait for the punch to begin
 
+    StartPoint start; // send: --from-line, --from-block, --from-tool
     bool quiet = false;
     bool stdoutClosed = false; // found closed at start, and given /dev/null meanwhile
     bool help = false;

@@ -239,6 +239,7 @@ int runDncctl(const CtlOptions &o) {
         switch (o.command) {
         case CtlCommand::Send:
             screen.setOpenAnswer(QFileInfo(o.args[0]).absoluteFilePath());
+            link.startAt = o.start;
             SendFile(link);
             break;
         case CtlCommand::Receive:

@@ -7,6 +7,7 @@
 #include "operation_state.h"
 #include "outcome_record.h"
 #include "screen.h"
+#include "start_point.h"
 
 class Comm;
 
@@ -36,4 +37,5 @@ struct Link {
     OperationState &state;
     ToolListHook *toolList = nullptr; // set where a tool database is in use
     OutcomeRecord outcome = {};       // what the last operation did
+    StartPoint startAt = {};          // where the next send starts; SendData takes it back
 };

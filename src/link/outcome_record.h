@@ -57,6 +57,7 @@ struct OutcomeRecord {
     QByteArray sha256; // lower-case hex, of the file sent (whole, as on disk) or of the file saved
     QByteArray received; // what came from the control: the program, or its list
     qint64 listed = -1;  // entries of the list a choice was asked from; -1: no list came
+    QString start;       // where a part-way send started ("block N48210"); empty: the top
     Shortfall shortfall = Shortfall::None;
     qint64 linesLeftOut = 0;
     QDateTime started; // UTC

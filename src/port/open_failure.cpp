@@ -1,4 +1,5 @@
 #include "open_failure.h"
+#include "device_holder.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -72,6 +73,10 @@ QString absent(const OpenFailure &f, const QList<SerialDevice> &present) {
 }
 
 QString busy(const OpenFailure &f) {
+    if (const QString holder = deviceHolder(f.path); !holder.isEmpty())
+        return QCoreApplication::translate(
+                   "Port", "cannot be opened: %1 holds it (%2). Close that program and try again.")
+            .arg(holder, f.errorString);
     return QCoreApplication::translate(
                "Port", "cannot be opened: another program holds it (%1). Close that program "
                        "(a terminal, another DNC program) and try again.")

@@ -109,9 +109,14 @@ int main(int argc, char *argv[]) {
         g.LimitStrings[size_t(i) + 1] = o.limits[i];
     InitTexts(g);
     InitChoices(g);
+    // Settings that cannot be served leave the ones in use as they were.
     const auto readAll = [&g](StationSettings &s) {
+        const Globals before = g;
         ReadSettings(g);
-        return readStationSettings(g, s);
+        const QString why = readStationSettings(g, s);
+        if (!why.isEmpty())
+            g = before;
+        return why;
     };
     StationSettings settings;
     if (const QString why = readAll(settings); !why.isEmpty()) {

@@ -1,5 +1,7 @@
 #include "punch.h"
 
+#include <QStringList>
+
 namespace {
 
 bool isDigit(char c) {
@@ -65,4 +67,31 @@ std::optional<ProgramRequest> requestOf(const QByteArray &punch, const QByteArra
     if (slash >= 0)
         request.place = comment.mid(slash + 1).trimmed();
     return request; // a request that names nothing is answered as one
+}
+
+std::optional<StartPoint> startPointOf(const QString &place) {
+    const QStringList words = place.simplified().split(u' ');
+    if (words.size() != 2)
+        return std::nullopt;
+    const QString what = words[0].toUpper();
+    QString number = words[1];
+    StartPoint p;
+    if (what == u"/LI") {
+        p.kind = StartKind::Line;
+    } else if (what == u"/BL") {
+        p.kind = StartKind::Block;
+        if (number.startsWith(u'N', Qt::CaseInsensitive))
+            number.remove(0, 1);
+    } else if (what == u"/TO") {
+        p.kind = StartKind::Tool;
+        if (number.startsWith(u'T', Qt::CaseInsensitive))
+            number.remove(0, 1);
+    } else {
+        return std::nullopt;
+    }
+    bool ok = false;
+    p.number = number.toLongLong(&ok);
+    if (!ok || p.number <= 0 || number.size() > 12 || !number.front().isDigit())
+        return std::nullopt;
+    return p;
 }

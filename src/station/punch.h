@@ -2,6 +2,8 @@
 // What a punched program says of itself: its program number and its first comment, and
 // whether it is a request for a program (a reserved number whose first comment names the file).
 
+#include "start_point.h"
+
 #include <QByteArray>
 #include <QString>
 #include <optional>
@@ -22,3 +24,7 @@ struct ProgramRequest {
 // "PRG=name" or just "name", a place after a blank and a slash. None when it is no request; a
 // request without a comment names nothing (an empty name).
 std::optional<ProgramRequest> requestOf(const QByteArray &punch, const QByteArray &requestNumber);
+
+// The place a request names: "/LI 1020" a line, "/BL N48210" a block, "/TO 5" a tool; none
+// for a place it cannot read.
+std::optional<StartPoint> startPointOf(const QString &place);

@@ -2,8 +2,10 @@
 
 #include "comm.h"
 #include "dialogue.h"
+#include "nc_file_survey.h"
 #include "program_lookup.h"
 #include "punch_filing.h"
+#include "regular_file.h"
 #include "reply_program.h"
 #include "serial_comm.h"
 #include "transfer.h"
@@ -151,8 +153,16 @@ void Station::serve(const ProgramRequest &request) {
     const ProgramLookup found = findProgram(m_s.programDir, request.name);
     QTemporaryDir replyDir;
     QString path = found.path;
-    if (found.refusal != LookupRefusal::None) {
-        const QByteArray why = refusalWords(found.refusal);
+    // A place to start from is looked for before anything is sent.
+    QByteArray why = refusalWords(found.refusal);
+    std::optional<StartPoint> start = StartPoint();
+    if (!request.place.isEmpty())
+        start = startPointOf(request.place);
+    if (!start)
+        why = "BAD PLACE " + request.place.toUpper().toLatin1();
+    else if (why.isEmpty() && start->partWay())
+        why = surveyNcFile(path, MaxLineBytes, *start).missing;
+    if (!why.isEmpty()) {
         m_log(QCoreApplication::translate("Station", "request for \"%1\" refused: %2")
                   .arg(request.name, QString::fromLatin1(why)));
         path = replyDir.filePath(QString::fromLatin1(m_s.replyNumber) + QStringLiteral(".tap"));
@@ -164,14 +174,21 @@ void Station::serve(const ProgramRequest &request) {
             return;
         }
     } else {
-        m_log(QCoreApplication::translate("Station", "request for \"%1\": %2")
-                  .arg(request.name, path));
+        if (start->partWay())
+            m_log(QCoreApplication::translate("Station", "request for \"%1\" from %2: %3")
+                      .arg(request.name, start->text(), path));
+        else
+            m_log(QCoreApplication::translate("Station", "request for \"%1\": %2")
+                      .arg(request.name, path));
     }
     // Time for the operator to switch the control to read.
     pause(m_s.requestDelayMs);
     if (m_l.state.ending())
         return;
-    send(path, found.refusal == LookupRefusal::None);
+    const bool program = why.isEmpty();
+    if (program)
+        m_l.startAt = *start;
+    send(path, program);
 }
 
 void Station::send(const QString &path, bool countTools) {

@@ -23,10 +23,31 @@ bool NcLineReader::fill() {
     return !m_block.isEmpty();
 }
 
+void NcLineReader::skipAfterHead(qint64 headLines, qint64 startLine, qint64 startOffset,
+                                 qint64 bytes) {
+    m_skipAfter = headLines;
+    m_skipToLine = startLine;
+    m_skipToOffset = startOffset;
+    m_planned = bytes;
+}
+
 QByteArray NcLineReader::readLine() {
     QByteArray line;
     if (failed())
         return line;
+    if (m_lineNumber == m_skipAfter) {
+        // The lines between the head and the start are not read at all: a restart near the
+        // end of a long program goes out at once.
+        m_skipAfter = -1;
+        if (!m_file.seek(m_skipToOffset)) {
+            m_error = m_file.errorString();
+            return line;
+        }
+        m_block.clear();
+        m_pos = 0;
+        m_eof = false;
+        m_lineNumber = m_skipToLine - 1;
+    }
     ++m_lineNumber;
     while (m_pos < m_block.size() || fill()) {
         const qsizetype cr = m_block.indexOf('\r', m_pos);

@@ -21,7 +21,11 @@ public:
     QString errorString() const { return m_error; }
     // A read failed or a line was too long: nothing more is read.
     bool failed() const { return !m_error.isEmpty(); }
-    qint64 size() const { return m_file.size(); }
+    // The bytes this reader will give, line ends included: the file's, or the plan's.
+    qint64 size() const { return m_planned >= 0 ? m_planned : m_file.size(); }
+    // A part-way read: the first `headLines` lines, then the lines from `startLine` on, which
+    // begin at byte `startOffset`; `bytes` in all.
+    void skipAfterHead(qint64 headLines, qint64 startLine, qint64 startOffset, qint64 bytes);
     bool atEnd() const;
     QByteArray readLine(); // without its line end; empty once failed
     void close() { m_file.close(); }
@@ -37,4 +41,8 @@ private:
     qsizetype m_pos = 0;
     bool m_eof = false;
     QString m_error;
+    qint64 m_skipAfter = -1; // the line after which the reader jumps; -1: none
+    qint64 m_skipToLine = 0;
+    qint64 m_skipToOffset = 0;
+    qint64 m_planned = -1;
 };

@@ -8,6 +8,8 @@
 #include <QCoreApplication>
 
 #include <cmath>
+#include <future>
+#include <utility>
 
 namespace {
 
@@ -113,6 +115,9 @@ void SendData(Link &l, const QString &FileName) {
     Globals &g = l.g;
     const OutcomeRecord::Scope record(l.outcome, OperationName::SendData, l.state);
     l.outcome.filePath = FileName;
+    // Taken back at once: the next send starts at the top unless it is told otherwise.
+    const StartPoint start = std::exchange(l.startAt, StartPoint());
+    l.outcome.start = start.text();
     // A FIFO would hold the window inside the open and a device such as /dev/zero never ends:
     // neither is counted nor sent.
     if (const QString why = notRegularReason(FileName); !why.isEmpty()) {
@@ -123,19 +128,23 @@ void SendData(Link &l, const QString &FileName) {
         l.screen.msgBox(text, BoxIcon::Critical, QString());
         return;
     }
-    // First of all, so that a file that then fails has been counted all the same.
-    if (g.ToolDbEnabled && l.toolList) {
+    // First of all, so that a file that then fails has been counted all the same; a program
+    // sent again part-way was counted when it was sent whole.
+    if (g.ToolDbEnabled && l.toolList && !start.partWay()) {
         l.toolList->UpdateToolList(FileName);
         if (const QString why = l.toolList->failure(); !why.isEmpty())
             l.outcome.fail(OutcomeKind::NotCounted, why);
     }
+    // The fingerprint for the record is made beside the send: on a long program it takes
+    // longer than anything else before the first byte.
+    std::future<QByteArray> sha256 = std::async(std::launch::async, sha256OfFile, FileName);
     // Ended while the count waited for the database: the control has been told nothing yet,
     // and must not be given an empty program.
     if (l.state.ending())
         return;
     // A line that cannot be read would cut the program after the control has taken its start
     // and stored what came under its name: such a file is refused while nothing has gone out.
-    const NcFileSurvey survey = surveyNcFile(FileName, MaxLineBytes);
+    const NcFileSurvey survey = surveyNcFile(FileName, MaxLineBytes, start);
     if (!survey.error.isEmpty()) {
         const QString text = QCoreApplication::translate("File", "%1: %2. Nothing was sent.")
                                  .arg(FileName, survey.error);
@@ -143,12 +152,14 @@ void SendData(Link &l, const QString &FileName) {
         l.screen.msgBox(text, BoxIcon::Critical, QString());
         return;
     }
-    l.outcome.sha256 = survey.sha256;
 
     runOnPort(l, [&] {
         SetCom(l);
         l.screen.setMousePointer(HourglassPointer);
         NcLineReader file(FileName);
+        if (start.partWay())
+            file.skipAfterHead(survey.headLines, survey.startLine, survey.startOffset,
+                               survey.sendBytes());
         if (!file.open()) {
             l.screen.setMousePointer(DefaultPointer);
             l.screen.setLabel1Visible(false);
@@ -187,6 +198,7 @@ void SendData(Link &l, const QString &FileName) {
             l.screen.msgBox(text, BoxIcon::Critical, QString());
         }
     });
+    l.outcome.sha256 = sha256.get();
     // Every line went out, but as one: the control got one line where the file has many.
     const bool wentOut =
         l.outcome.kind == OutcomeKind::Done || l.outcome.kind == OutcomeKind::NotCounted;

@@ -130,6 +130,13 @@ private slots:
             {}, "N1 G0 X0\r\n\r\n", {"--two-lines"}, "1 lines the control sent were not kept");
         row("delete a name not on the control", "504", {"delete", "C3.NC"}, listing, 6, {}, {}, {},
             "C3.NC: no such program");
+        // Part-way: the head (this one has neither number nor %), then from the place on; a
+        // place the file does not hold is a file failure, with nothing sent.
+        row("send from a line", "303", {"--from-line", "3", "send", "PART.tap"},
+            "R\rN10 G0 X0\rN20 M30\r\x04\r", 0);
+        row("send from a block it does not hold", "303",
+            {"--from-block", "N99", "send", "PART.tap"}, {}, 5, {}, {}, {},
+            "no line of it is block N99");
         // Mistakes of a script's, told before the port opens.
         row("a file named with a dash, after --", "303", {"send", "--", "-part.tap"},
             "R\rN1\r\x04\r", 0);

@@ -225,6 +225,25 @@ private slots:
             QStringList{"cannot be opened: the user %user may not open it",
                         "sudo adduser %user dialout", "lets no group open it"});
     }
+    // A device another program holds: the operator is told which, to close it.
+    void openRefusedHolderNamed() {
+        QProcess holder;
+        holder.start("/bin/sh", {"-c", "exec 3<>\"$0\"; exec sleep 30", pty().slavePath()});
+        QVERIFY(holder.waitForStarted());
+        QTRY_VERIFY(QFileInfo(QStringLiteral("/proc/%1/exe").arg(holder.processId()))
+                        .symLinkTarget()
+                        .endsWith("sleep"));
+        const QString reason = openFailureReason({QSerialPort::PermissionError,
+                                                  QString::fromLocal8Bit(std::strerror(EBUSY)),
+                                                  pty().slavePath(), QStringLiteral("COM1:")},
+                                                 {});
+        QVERIFY2(
+            reason.contains(QStringLiteral("sleep (process %1) holds it").arg(holder.processId())),
+            qPrintable(reason));
+        holder.kill();
+        holder.waitForFinished();
+    }
+
     // Qt says "permission" both for a device another program holds and for one this user may
     // not open: the reason tells them apart, and says what to do.
     void openRefused() {

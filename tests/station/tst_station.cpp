@@ -36,6 +36,10 @@ private slots:
         row("a way up", B("PRG=../secret"), reply("DNC ../SECRET NOT ALLOWED"));
         row("the root", B("PRG=/etc/passwd"), reply("DNC /ETC/PASSWD NOT ALLOWED"));
         row("a link out of the folder", B("PRG=OUT"), reply("DNC OUT NOT ALLOWED"));
+        // Sent again from a place: the head (up to its number), then from there.
+        row("from a line", B("PRG=1234 /LI 4"), Xon + "%\rO1234\rG0 X1\rM30\r%\r");
+        row("from a block it does not hold", B("PRG=1234 /BL N48210"),
+            reply("DNC 1234 NO BLOCK N48210"));
     }
     void requests() {
         QFETCH(B, comment);
@@ -55,7 +59,7 @@ private slots:
         // later (the control's log stamps its reads a few milliseconds early).
         const qint64 gapMs = rig.vc.answerGapUs() / 1000;
         QVERIFY2(gapMs >= 290 && gapMs < 1300, qPrintable(QString::number(gapMs)));
-        QVERIFY(rig.waitForLog(answer == PartOnWire ? "answer done" : "refused"));
+        QVERIFY(rig.waitForLog(answer.contains("(DNC ") ? "refused" : "answer done"));
     }
 
     // Filed under its number, never over a file that is there, cut by silence all the same.
@@ -71,6 +75,32 @@ private slots:
         QCOMPARE(readFile(rig.received("O77.tap")), cut);
         QVERIFY(rig.log().contains("cut short: the control fell silent"));
         QCOMPARE(QDir(rig.path("received")).entryList(QDir::Files | QDir::Hidden).size(), 4);
+    }
+
+    // A "303" speaks only when asked: nothing for a station to serve, and it says so. SIGHUP
+    // reads the settings again: a section changed to "303" is not taken up.
+    void settingsRefused() {
+        StationRig rig;
+        QVERIFY(writeFile(rig.program("O1234.tap"), Part));
+        QVERIFY(rig.startControl({request("PRG=1234")}, 3000));
+        QVERIFY2(rig.startStation(), qPrintable(rig.log()));
+        QByteArray ini = readFile(rig.path("dnc.ini")).replace("CNC=XonXoff", "CNC=303");
+        QVERIFY(writeFile(rig.path("dnc.ini"), ini));
+        ::kill(pid_t(rig.station.processId()), SIGHUP);
+        QVERIFY2(rig.waitForLog("settings read again, not used: a station serves a control "
+                                "\"XonXoff\" only"),
+                 qPrintable(rig.log()));
+        QCOMPARE(rig.station.state(), QProcess::Running);
+        // Still serving the machine as it was set up.
+        QVERIFY2(rig.vc.waitForEvent("STORED", 1, 10000), qPrintable(rig.log()));
+        QCOMPARE(rig.vc.rxSettled(PartOnWire.size()), PartOnWire);
+
+        QProcess second;
+        second.setProcessEnvironment(rig.environment());
+        second.start(QStringLiteral(DNC_STATION_PATH), {"-s", "Lathe1"});
+        QVERIFY(second.waitForFinished(10000));
+        QCOMPARE(second.exitCode(), 8);
+        QVERIFY(second.readAllStandardError().contains("\"303\" or \"504\" sends a program only"));
     }
 
     // Asked for the port a station holds, the window's parts and dncctl name the station.
