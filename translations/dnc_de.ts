@@ -205,6 +205,78 @@
         <source>cannot be opened: %1 holds it (%2). Close that program and try again.</source>
         <translation>kann nicht geöffnet werden: %1 belegt sie (%2). Dieses Programm beenden und noch einmal versuchen.</translation>
     </message>
+    <message>
+        <source>cannot be opened: the name %1 does not resolve to an address. Check the device server&apos;s name, or give its address.</source>
+        <translation>kann nicht geöffnet werden: der Name %1 ergibt keine Adresse. Den Namen des Geräteservers prüfen oder seine Adresse angeben.</translation>
+    </message>
+    <message>
+        <source>cannot be opened: %1 refused the connection. Nothing listens there: check the port number set on the device server, and that it is on.</source>
+        <translation>kann nicht geöffnet werden: %1 hat die Verbindung abgelehnt. Dort hört nichts: die am Geräteserver eingestellte Portnummer prüfen und ob er eingeschaltet ist.</translation>
+    </message>
+    <message>
+        <source>cannot be opened: the connection to %1 failed (%2)</source>
+        <translation>kann nicht geöffnet werden: die Verbindung zu %1 ist fehlgeschlagen (%2)</translation>
+    </message>
+    <message>
+        <source>cannot be opened: %1 did not answer within %2 s. Is the device server on, and its address right?</source>
+        <translation>kann nicht geöffnet werden: %1 hat nicht innerhalb von %2 s geantwortet. Ist der Geräteserver eingeschaltet und seine Adresse richtig?</translation>
+    </message>
+    <message>
+        <source>the opening was given up</source>
+        <translation>das Öffnen wurde abgebrochen</translation>
+    </message>
+    <message>
+        <source>cannot be opened: %1 does not take RFC 2217 (COM port control). If it carries the line&apos;s bytes alone, name it tcp://%2:%3.</source>
+        <translation>kann nicht geöffnet werden: %1 beherrscht RFC 2217 (Steuerung der COM-Schnittstelle) nicht. Überträgt er nur die Bytes der Leitung, ihn als tcp://%2:%3 angeben.</translation>
+    </message>
+    <message>
+        <source>cannot be opened: %1 sent what is not Telnet (%2)</source>
+        <translation>kann nicht geöffnet werden: %1 hat etwas gesendet, das kein Telnet ist (%2)</translation>
+    </message>
+    <message>
+        <source>cannot be opened: %1 closed the connection while the line was set up</source>
+        <translation>kann nicht geöffnet werden: %1 hat die Verbindung beim Einstellen der Leitung geschlossen</translation>
+    </message>
+    <message>
+        <source>cannot be opened: %1 did not confirm the %2 within %3 s</source>
+        <translation>kann nicht geöffnet werden: %1 hat die Einstellung %2 nicht innerhalb von %3 s bestätigt</translation>
+    </message>
+    <message>
+        <source>an answer of %1 bytes</source>
+        <translation>eine Antwort von %1 Byte</translation>
+    </message>
+    <message>
+        <source>cannot be opened: %1 refused the baud rate %2: it set %3</source>
+        <translation>kann nicht geöffnet werden: %1 hat die Baudrate %2 abgelehnt: eingestellt ist %3</translation>
+    </message>
+    <message>
+        <source>cannot be opened: %1 refused %2 data bits: it set %3</source>
+        <translation>kann nicht geöffnet werden: %1 hat %2 Datenbits abgelehnt: eingestellt ist %3</translation>
+    </message>
+    <message>
+        <source>cannot be opened: %1 refused the parity %2: it set %3</source>
+        <translation>kann nicht geöffnet werden: %1 hat die Parität %2 abgelehnt: eingestellt ist %3</translation>
+    </message>
+    <message>
+        <source>cannot be opened: %1 refused %2 stop bits: it set %3</source>
+        <translation>kann nicht geöffnet werden: %1 hat %2 Stoppbits abgelehnt: eingestellt ist %3</translation>
+    </message>
+    <message>
+        <source>the device server sent what is not Telnet (%1): the line&apos;s characters behind it cannot be trusted</source>
+        <translation>der Geräteserver hat etwas gesendet, das kein Telnet ist (%1): den Zeichen der Leitung danach ist nicht zu trauen</translation>
+    </message>
+    <message>
+        <source>writing to the device server failed (%1)</source>
+        <translation>Schreiben zum Geräteserver fehlgeschlagen (%1)</translation>
+    </message>
+    <message>
+        <source>the device is gone: %1 closed the connection</source>
+        <translation>die Schnittstelle ist weg: %1 hat die Verbindung geschlossen</translation>
+    </message>
+    <message>
+        <source>the device is gone: the connection to %1 was lost (%2)</source>
+        <translation>die Schnittstelle ist weg: die Verbindung zu %1 ist verloren (%2)</translation>
+    </message>
 </context>
 <context>
     <name>Settings</name>
@@ -262,6 +334,22 @@
     <message>
         <source>%1: %2</source>
         <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>Asking the device server…</source>
+        <translation>Der Geräteserver wird gefragt …</translation>
+    </message>
+    <message>
+        <source>The device server answers.</source>
+        <translation>Der Geräteserver antwortet.</translation>
+    </message>
+    <message>
+        <source>The device server does not answer: %1</source>
+        <translation>Der Geräteserver antwortet nicht: %1</translation>
+    </message>
+    <message>
+        <source>&quot;Look again&quot; asks the device server whether it answers.</source>
+        <translation>„Neu suchen“ fragt den Geräteserver, ob er antwortet.</translation>
     </message>
 </context>
 <context>
@@ -733,7 +821,8 @@ Options, before the command, each value as its own argument:
   -d DATABASE        count the tools of each program sent in this tool database
   -x STRING          a limit string that cuts tool names short; repeat -x for each
                      one (at most 10)
-  --port DEVICE      the serial device for this run, e.g. /dev/ttyUSB0
+  --port DEVICE      the serial device for this run, e.g. /dev/ttyUSB0, or a
+                     device server&apos;s port: tcp://HOST:PORT, rfc2217://HOST:PORT
   --baud N           baud rate for this run
   --parity E|O|N     parity for this run
   --data 7|8         data bits for this run
@@ -788,7 +877,8 @@ Optionen, vor dem Befehl, jeder Wert als eigenes Argument:
   -d DATENBANK       die Werkzeuge jedes gesendeten Programms in dieser Datenbank zählen
   -x TEXT            ein Text, an dem Werkzeugnamen abgeschnitten werden; -x für jeden
                      wiederholen (höchstens 10)
-  --port GERÄT       die serielle Schnittstelle für diesen Lauf, z. B. /dev/ttyUSB0
+  --port GERÄT       die serielle Schnittstelle für diesen Lauf, z. B. /dev/ttyUSB0, oder
+                     der Port eines Geräteservers: tcp://HOST:PORT, rfc2217://HOST:PORT
   --baud N           Baudrate für diesen Lauf
   --parity E|O|N     Parität für diesen Lauf
   --data 7|8         Datenbits für diesen Lauf

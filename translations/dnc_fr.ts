@@ -205,6 +205,78 @@
         <source>cannot be opened: %1 holds it (%2). Close that program and try again.</source>
         <translation>impossible d&apos;ouvrir le port : %1 l&apos;occupe (%2). Fermez ce programme et recommencez.</translation>
     </message>
+    <message>
+        <source>cannot be opened: the name %1 does not resolve to an address. Check the device server&apos;s name, or give its address.</source>
+        <translation>impossible d&apos;ouvrir le port : le nom %1 ne donne aucune adresse. Vérifiez le nom du serveur de ports série, ou donnez son adresse.</translation>
+    </message>
+    <message>
+        <source>cannot be opened: %1 refused the connection. Nothing listens there: check the port number set on the device server, and that it is on.</source>
+        <translation>impossible d&apos;ouvrir le port : %1 a refusé la connexion. Rien n&apos;écoute là : vérifiez le numéro de port réglé sur le serveur de ports série, et qu&apos;il est allumé.</translation>
+    </message>
+    <message>
+        <source>cannot be opened: the connection to %1 failed (%2)</source>
+        <translation>impossible d&apos;ouvrir le port : la connexion à %1 a échoué (%2)</translation>
+    </message>
+    <message>
+        <source>cannot be opened: %1 did not answer within %2 s. Is the device server on, and its address right?</source>
+        <translation>impossible d&apos;ouvrir le port : %1 n&apos;a pas répondu en %2 s. Le serveur de ports série est-il allumé, et son adresse juste ?</translation>
+    </message>
+    <message>
+        <source>the opening was given up</source>
+        <translation>l&apos;ouverture a été abandonnée</translation>
+    </message>
+    <message>
+        <source>cannot be opened: %1 does not take RFC 2217 (COM port control). If it carries the line&apos;s bytes alone, name it tcp://%2:%3.</source>
+        <translation>impossible d&apos;ouvrir le port : %1 ne connaît pas RFC 2217 (pilotage du port COM). S&apos;il ne transmet que les octets de la ligne, désignez-le par tcp://%2:%3.</translation>
+    </message>
+    <message>
+        <source>cannot be opened: %1 sent what is not Telnet (%2)</source>
+        <translation>impossible d&apos;ouvrir le port : %1 a envoyé autre chose que du Telnet (%2)</translation>
+    </message>
+    <message>
+        <source>cannot be opened: %1 closed the connection while the line was set up</source>
+        <translation>impossible d&apos;ouvrir le port : %1 a fermé la connexion pendant le réglage de la liaison</translation>
+    </message>
+    <message>
+        <source>cannot be opened: %1 did not confirm the %2 within %3 s</source>
+        <translation>impossible d&apos;ouvrir le port : %1 n&apos;a pas confirmé le réglage %2 en %3 s</translation>
+    </message>
+    <message>
+        <source>an answer of %1 bytes</source>
+        <translation>une réponse de %1 octets</translation>
+    </message>
+    <message>
+        <source>cannot be opened: %1 refused the baud rate %2: it set %3</source>
+        <translation>impossible d&apos;ouvrir le port : %1 a refusé la vitesse %2 : il a réglé %3</translation>
+    </message>
+    <message>
+        <source>cannot be opened: %1 refused %2 data bits: it set %3</source>
+        <translation>impossible d&apos;ouvrir le port : %1 a refusé %2 bits de données : il a réglé %3</translation>
+    </message>
+    <message>
+        <source>cannot be opened: %1 refused the parity %2: it set %3</source>
+        <translation>impossible d&apos;ouvrir le port : %1 a refusé la parité %2 : il a réglé %3</translation>
+    </message>
+    <message>
+        <source>cannot be opened: %1 refused %2 stop bits: it set %3</source>
+        <translation>impossible d&apos;ouvrir le port : %1 a refusé %2 bits de stop : il a réglé %3</translation>
+    </message>
+    <message>
+        <source>the device server sent what is not Telnet (%1): the line&apos;s characters behind it cannot be trusted</source>
+        <translation>le serveur de ports série a envoyé autre chose que du Telnet (%1) : les caractères de la ligne qui suivent ne sont pas sûrs</translation>
+    </message>
+    <message>
+        <source>writing to the device server failed (%1)</source>
+        <translation>l&apos;écriture vers le serveur de ports série a échoué (%1)</translation>
+    </message>
+    <message>
+        <source>the device is gone: %1 closed the connection</source>
+        <translation>l&apos;interface a disparu : %1 a fermé la connexion</translation>
+    </message>
+    <message>
+        <source>the device is gone: the connection to %1 was lost (%2)</source>
+        <translation>l&apos;interface a disparu : la connexion à %1 est perdue (%2)</translation>
+    </message>
 </context>
 <context>
     <name>Settings</name>
@@ -262,6 +334,22 @@
     <message>
         <source>%1: %2</source>
         <translation>%1 : %2</translation>
+    </message>
+    <message>
+        <source>Asking the device server…</source>
+        <translation>Interrogation du serveur de ports série…</translation>
+    </message>
+    <message>
+        <source>The device server answers.</source>
+        <translation>Le serveur de ports série répond.</translation>
+    </message>
+    <message>
+        <source>The device server does not answer: %1</source>
+        <translation>Le serveur de ports série ne répond pas : %1</translation>
+    </message>
+    <message>
+        <source>&quot;Look again&quot; asks the device server whether it answers.</source>
+        <translation>« Actualiser » demande au serveur de ports série s&apos;il répond.</translation>
     </message>
 </context>
 <context>
@@ -733,7 +821,8 @@ Options, before the command, each value as its own argument:
   -d DATABASE        count the tools of each program sent in this tool database
   -x STRING          a limit string that cuts tool names short; repeat -x for each
                      one (at most 10)
-  --port DEVICE      the serial device for this run, e.g. /dev/ttyUSB0
+  --port DEVICE      the serial device for this run, e.g. /dev/ttyUSB0, or a
+                     device server&apos;s port: tcp://HOST:PORT, rfc2217://HOST:PORT
   --baud N           baud rate for this run
   --parity E|O|N     parity for this run
   --data 7|8         data bits for this run
@@ -788,7 +877,8 @@ Options, avant la commande, chaque valeur en argument séparé :
   -d BASE            compter les outils de chaque programme envoyé dans cette base d&apos;outils
   -x CHAINE          chaîne qui coupe les noms d&apos;outils ; répéter -x pour chacune
                      (10 au plus)
-  --port PÉRIPH      le port série pour cette fois, p. ex. /dev/ttyUSB0
+  --port PÉRIPH      le port série pour cette fois, p. ex. /dev/ttyUSB0, ou le port
+                     d&apos;un serveur de ports série : tcp://HÔTE:PORT, rfc2217://HÔTE:PORT
   --baud N           vitesse pour cette fois
   --parity E|O|N     parité pour cette fois
   --data 7|8         bits de données pour cette fois

@@ -62,3 +62,11 @@ put('fuzz_vcontrol', 'map504', b'\x01MC,/ISO\r\x107\x107\x107')
 put('fuzz_vcontrol', 'receive504', b'\x01PC,/ISO/A.NC\r\x107\x107\x107\x107')
 put('fuzz_vcontrol', 'delete504', b'\x01DC,/ISO/A.NC\r\x107MC,/ISO\r\x107\x107')
 put('fuzz_vcontrol', 'cc-ce', b'\x00CCCE\x107\x04\rPC\r\x107\x107\x107')
+
+# Telnet layer: the server's bytes, then (from the end) the piece size and whether the bytes are
+# read as themselves (0) or as a recipe of characters and commands (1).
+opening = bytes.fromhex('fffb03fffd03fffb01fffe01fffd00fffb00fffd2c'
+                        'fffa2c6500002580fff0fffa2c6608fff0fffa2c6b00fff0')
+put('fuzz_telnet_layer', 'ser2net-opening', opening + b'\x00\x05')
+put('fuzz_telnet_layer', 'data-with-iac', b'L1\r\xff\xffL2\r\xff\xf1\x04\r' + b'\x00\x01')
+put('fuzz_telnet_layer', 'recipe', bytes(range(256)) + b'\x01\x02')

@@ -2,7 +2,7 @@
 # Expects ROOT and FUZZ_BUILD.
 
 FUZZERS=(fuzz_command_line fuzz_profile fuzz_number_text fuzz_tool_scan fuzz_nc_line_reader
-         fuzz_reply_loops fuzz_vcontrol)
+         fuzz_reply_loops fuzz_vcontrol fuzz_telnet_layer)
 
 # Inputs no longer than a target needs keep its runs fast.
 declare -A FUZZ_MAX_LEN=([fuzz_number_text]=256 [fuzz_nc_line_reader]=1024

@@ -1,13 +1,13 @@
 #include "event_loop_yield.h"
 
-#include "serial_comm.h"
+#include "polled_port.h"
 #include "wake_alarm.h"
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QThread>
 
-EventLoopYield::EventLoopYield(SerialComm &port, const LinkTimer &clock)
+EventLoopYield::EventLoopYield(PolledPort &port, const LinkTimer &clock)
     : m_port(port), m_clock(clock) {
     m_port.setWorkListener([this] { m_idle = false; });
 }

@@ -11,13 +11,13 @@
 #include "link.h"
 #include "link_timer.h"
 
-class SerialComm;
+class PolledPort;
 
 class EventLoopYield : public Yield {
 public:
     // Follows `port` (characters handed to it or taken from it are work done) and `clock`,
     // which runs only inside a wait.
-    EventLoopYield(SerialComm &port, const LinkTimer &clock);
+    EventLoopYield(PolledPort &port, const LinkTimer &clock);
     ~EventLoopYield() override;
     EventLoopYield(const EventLoopYield &) = delete;
     EventLoopYield &operator=(const EventLoopYield &) = delete;
@@ -27,7 +27,7 @@ public:
     static constexpr qint64 QuietGapNs = 200000;
 
 private:
-    SerialComm &m_port;
+    PolledPort &m_port;
     const LinkTimer &m_clock;
     bool m_idle = false;    // the last pass found nothing to do, and nothing was done since
     qint64 m_passEnded = 0; // WakeAlarm::now() when the last pass returned

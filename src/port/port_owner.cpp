@@ -1,5 +1,7 @@
 #include "port_owner.h"
 
+#include "net_device.h"
+
 #include <QCoreApplication>
 
 #include <QDir>
@@ -20,11 +22,13 @@ QString lockFolder() {
 
 // One file a device, whatever name it was reached by.
 QString claimFile(const QString &device) {
-    QString real = QFileInfo(device).canonicalFilePath();
+    const std::optional<NetDevice> server = parseNetDevice(device); // however it was written
+    QString real = server ? server->name() : QFileInfo(device).canonicalFilePath();
     if (real.isEmpty())
         real = device;
     return QDir(lockFolder())
-        .filePath(QStringLiteral("dnc-station.") + real.mid(1).replace(u'/', u'_'));
+        .filePath(QStringLiteral("dnc-station.") +
+                  (real.startsWith(u'/') ? real.mid(1) : real).replace(u'/', u'_'));
 }
 
 bool alive(qint64 pid) {
@@ -82,4 +86,11 @@ QString stationText(const PortOwner &owner) {
     return QCoreApplication::translate("Port", "the station of section %1 (process %2)")
         .arg(owner.section)
         .arg(owner.pid);
+}
+
+QString heldByStation(const PortOwner &owner) {
+    return QCoreApplication::translate(
+               "Port", "cannot be opened: %1 holds it. Stop the station (systemctl stop "
+                       "dnc-station@%2) to use the port here.")
+        .arg(stationText(owner), owner.section);
 }

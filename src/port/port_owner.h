@@ -33,3 +33,5 @@ private:
 
 // "the station of section Lathe1 (process 4711)"
 QString stationText(const PortOwner &owner);
+// Why a port cannot be opened while `owner` serves it, and how to free it.
+QString heldByStation(const PortOwner &owner);

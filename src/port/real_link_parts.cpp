@@ -6,10 +6,11 @@
 
 RealLinkParts::RealLinkParts(Globals &g, const OperationState &state, const QString &device,
                              int clockDivisor)
-    : comm(device), timer(g, clockDivisor) {
+    : serial(device), timer(g, clockDivisor) {
     // Read at each opening: a device chosen in the setup dialog holds for the next operation.
-    comm.setConfiguredDevices([&g](int port) { return configuredDevice(g, port); });
-    comm.setOperationState(&state);
+    serial.setConfiguredDevices([&g](int port) { return configuredDevice(g, port); });
+    serial.setOperationState(&state);
+    net.setOperationState(&state);
 }
 
 int RealLinkParts::clockDivisorFromEnvironment() {

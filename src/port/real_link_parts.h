@@ -1,8 +1,10 @@
 #pragma once
-// The link's real parts, wired as every front end uses them: the serial port, which opens the
-// device the section [Ports] of dnc.ini names for a port (unless DNC_COMn says otherwise) and
-// writes the wire trace when DNC_TRACE names a file; the clock; the event loop's yield.
+// The link's real parts, wired as every front end uses them: the port, which opens the device
+// the section [Ports] of dnc.ini names for a port (unless DNC_COMn says otherwise), a local one
+// or a device server's (tcp://HOST:PORT, rfc2217://HOST:PORT), and writes the wire trace when
+// DNC_TRACE names a file; the clock; the event loop's yield.
 
+#include "device_comm.h"
 #include "event_loop_yield.h"
 #include "globals.h"
 #include "operation_state.h"
@@ -22,7 +24,9 @@ struct RealLinkParts {
     // DNC_CLOCK_DIVISOR, 1 when it is unset or not a number above 1.
     static int clockDivisorFromEnvironment();
 
-    SerialComm comm;
+    SerialComm serial; // a local device
+    NetComm net;       // a device server's port
+    DeviceComm comm{serial, net};
     QtLinkTimer timer;
     EventLoopYield yield{comm, timer};
 };

@@ -106,11 +106,7 @@ void SerialComm::open() {
     const QString path = devicePath();
     // A station serves this machine: say so, rather than that some program holds the port.
     if (const std::optional<PortOwner> station = stationHolding(path))
-        throw CommError{deviceName(),
-                        QCoreApplication::translate(
-                            "Port", "cannot be opened: %1 holds it. Stop the station "
-                                    "(systemctl stop dnc-station@%2) to use the port here.")
-                            .arg(stationText(*station), station->section)};
+        throw CommError{deviceName(), heldByStation(*station)};
     const bool pty = isPseudoTerminal(path);
     m_pty = pty;
     m_emptyAt = 0;

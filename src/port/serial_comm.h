@@ -7,9 +7,9 @@
 // come, and an alarm at the moment the characters in flight should have left at the line's
 // speed.
 
-#include "comm.h"
 #include "line_settings.h"
 #include "operation_state.h"
+#include "polled_port.h"
 #include "wake_alarm.h"
 
 #include <QSerialPort>
@@ -19,7 +19,7 @@
 
 class WireTrace;
 
-class SerialComm : public Comm {
+class SerialComm : public PolledPort {
 public:
     // A device path given here is used whatever port number is set (tests, tools).
     explicit SerialComm(const QString &device = QString());
@@ -47,7 +47,9 @@ public:
 
     // Told each time the caller hands over characters or takes what came: work was done, and
     // the next pass of the yield must not sleep.
-    void setWorkListener(std::function<void()> listener) { m_workDone = std::move(listener); }
+    void setWorkListener(std::function<void()> listener) override {
+        m_workDone = std::move(listener);
+    }
 
     // Sets the modem lines of the open device `fd`: 0, or the errno of a refusal. At every
     // opening, and when DTR is enabled while open. Replaced by tests that watch the lines.
@@ -63,7 +65,7 @@ public:
     void setPortOpen(bool open) override;
 
     // Characters taken in from the line and not yet read by Input.
-    bool holdsInput() const { return m_port.isOpen() && m_port.bytesAvailable() > 0; }
+    bool holdsInput() const override { return m_port.isOpen() && m_port.bytesAvailable() > 0; }
 
     void output(const QByteArray &bytes) override;
     int outBufferCount() override;

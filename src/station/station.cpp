@@ -1,13 +1,13 @@
 #include "station.h"
 
 #include "comm.h"
+#include "device_comm.h"
 #include "dialogue.h"
 #include "nc_file_survey.h"
 #include "program_lookup.h"
 #include "punch_filing.h"
 #include "regular_file.h"
 #include "reply_program.h"
-#include "serial_comm.h"
 #include "transfer.h"
 
 #include <QCoreApplication>
@@ -32,7 +32,7 @@ QString cutText(const Punch &p, bool ending) {
 
 } // namespace
 
-Station::Station(Link &link, SerialComm &comm, StationSettings settings, Log log,
+Station::Station(Link &link, DeviceComm &comm, StationSettings settings, Log log,
                  std::function<QString(StationSettings &)> reload)
     : m_l(link), m_comm(comm), m_s(std::move(settings)), m_log(std::move(log)),
       m_readAgain(std::move(reload)) {}

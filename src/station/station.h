@@ -12,7 +12,7 @@
 #include <QDateTime>
 #include <functional>
 
-class SerialComm;
+class DeviceComm;
 
 class Station {
 public:
@@ -20,7 +20,7 @@ public:
 
     // `comm` is the port the link speaks through; `reload` re-reads the settings into `g` and
     // `settings` and says why they cannot be served, or empty.
-    Station(Link &link, SerialComm &comm, StationSettings settings, Log log,
+    Station(Link &link, DeviceComm &comm, StationSettings settings, Log log,
             std::function<QString(StationSettings &)> reload);
 
     // Serves until the link's operation state is asked to end. Returns the exit status.
@@ -41,7 +41,7 @@ private:
     void pause(int ms);
 
     Link &m_l;
-    SerialComm &m_comm;
+    DeviceComm &m_comm;
     StationSettings m_s;
     Log m_log;
     std::function<QString(StationSettings &)> m_readAgain;

@@ -5,7 +5,9 @@
 
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
+#include <QTcpServer>
 #include <QTest>
 
 namespace {
@@ -96,6 +98,48 @@ private slots:
             press(d);
         }
         QVERIFY(ini.read().endsWith("\n[Ports]\nCOM2=\n"));
+    }
+
+    // A device server typed for a port: shown as the choice (not absent), asked at once whether
+    // it answers, and written to [Ports]; "Look again" asks again.
+    void deviceServerTyped_data() {
+        QTest::addColumn<bool>("listening");
+        QTest::addColumn<QString>("told");
+        row("box answers", true, QStringLiteral("The device server answers."));
+        row("nobody listening", false,
+            QStringLiteral("The device server does not answer: Connection refused"));
+    }
+    void deviceServerTyped() {
+        QFETCH(bool, listening);
+        QFETCH(QString, told);
+        IniFile ini;
+        ini.write("[Default]\nPort=COM1:\n");
+        QTcpServer box;
+        QVERIFY(box.listen(QHostAddress::LocalHost));
+        const QString name = QStringLiteral("rfc2217://127.0.0.1:%1").arg(box.serverPort());
+        if (!listening)
+            box.close();
+        {
+            SetupDialog d(ini.g);
+            d.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&d));
+            d.DeviceCombo->setFocus();
+            d.DeviceCombo->lineEdit()->selectAll();
+            QTest::keyClicks(d.DeviceCombo->lineEdit(), name);
+            QTest::keyClick(d.DeviceCombo->lineEdit(), Qt::Key_Tab); // on to the next field
+            QCOMPARE(d.DeviceCombo->currentText(), name);
+            QTRY_VERIFY2(d.DeviceInfo->text().endsWith("\n\n" + told),
+                         qPrintable(d.DeviceInfo->text()));
+            press(d);
+        }
+        QVERIFY2(ini.read().endsWith("\n[Ports]\nCOM1=" + name.toUtf8() + "\n"),
+                 ini.read().constData());
+        SetupDialog again(ini.g); // shown as chosen; asked on the operator's word only
+        QCOMPARE(again.DeviceCombo->currentText(), name);
+        QVERIFY(again.DeviceInfo->text().endsWith(
+            "\n\n\"Look again\" asks the device server whether it answers."));
+        QTest::mouseClick(again.DeviceRefresh, Qt::LeftButton);
+        QTRY_VERIFY(again.DeviceInfo->text().endsWith("\n\n" + told));
     }
 };
 

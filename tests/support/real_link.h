@@ -17,7 +17,7 @@ struct RealLink {
     Globals g;
     OperationState state;
     RealLinkParts parts;
-    SerialComm &comm = parts.comm;
+    DeviceComm &comm = parts.comm;
     QtLinkTimer &timer = parts.timer;
     EventLoopYield &yield = parts.yield;
     OperatorScreen screen;

@@ -13,6 +13,10 @@ enum class DeviceText {
     Refresh,          // the button that looks for devices again
     EnvironmentFirst, // DNC_COMn overrides the choice
     NotPresent,       // the chosen device is not there now
+    ServerAsked,      // a device server is being asked whether it answers
+    ServerAnswers,
+    ServerSilent,   // with the reason
+    ServerNotAsked, // "Look again" asks
 };
 
 QString deviceText(DeviceText text);

@@ -1,13 +1,17 @@
 // The setup dialog's column for the device of the chosen port.
 
 #include "device_texts.h"
+#include "net_device.h"
 #include "setup_dialog.h"
 
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
+#include <QTcpSocket>
+#include <QTimer>
 
 namespace {
 
@@ -31,11 +35,18 @@ bool sameDevice(const QString &chosen, const SerialDevice &d) {
     return !real.isEmpty() && real == QFileInfo(d.systemLocation).canonicalFilePath();
 }
 
+// How long a device server has to answer the dialog's question.
+constexpr int ServerAnswerMs = 3000;
+
 } // namespace
 
 void SetupDialog::createDeviceControls() {
     DeviceCombo = new QComboBox(this);
     DeviceCombo->setObjectName(QStringLiteral("DeviceCombo"));
+    // A device server, or a device the scan does not find, is typed in.
+    DeviceCombo->setEditable(true);
+    DeviceCombo->setInsertPolicy(QComboBox::NoInsert);
+    connect(DeviceCombo->lineEdit(), &QLineEdit::editingFinished, this, &SetupDialog::deviceTyped);
     DeviceInfo = new QLabel(this);
     DeviceInfo->setObjectName(QStringLiteral("DeviceInfo"));
     DeviceInfo->setWordWrap(true);
@@ -48,7 +59,10 @@ void SetupDialog::createDeviceControls() {
     // Only the operator's own pick changes the setting: a stored path that names a present
     // device another way (/dev/ttyUSB0 for its by-id link) is kept as it is.
     connect(DeviceCombo, &QComboBox::activated, this, &SetupDialog::deviceChosen);
-    connect(DeviceRefresh, &QPushButton::clicked, this, &SetupDialog::lookForDevices);
+    connect(DeviceRefresh, &QPushButton::clicked, this, [this] {
+        askIfServer();
+        lookForDevices();
+    });
 }
 
 int SetupDialog::shownPort() const {
@@ -59,6 +73,61 @@ int SetupDialog::shownPort() const {
 void SetupDialog::lookForDevices() {
     m_present = m_scan ? m_scan() : QList<SerialDevice>();
     showDevices();
+}
+
+void SetupDialog::askIfServer() {
+    const int port = shownPort();
+    m_probeFor.clear();
+    if (port == 0)
+        return;
+    const QString path = comDevicePath(port, m_devices[port - 1]);
+    if (const std::optional<NetDevice> server = parseNetDevice(path))
+        askServer(path, *server);
+}
+
+void SetupDialog::deviceTyped() {
+    const int port = shownPort();
+    const QString typed = DeviceCombo->currentText().trimmed();
+    // Leaving the field after a pick hands back the entry's own text: no device typed.
+    if (port == 0 || typed.isEmpty() || typed == DeviceCombo->itemText(DeviceCombo->currentIndex()))
+        return;
+    m_devices[port - 1] = typed;
+    askIfServer();
+    showDevices();
+}
+
+void SetupDialog::askServer(const QString &name, const NetDevice &device) {
+    m_probeFor = name;
+    m_probeAnswer.clear();
+    if (m_probe)
+        m_probe->deleteLater();
+    m_probe = new QTcpSocket(this);
+    QTcpSocket *const probe = m_probe;
+    connect(probe, &QTcpSocket::connected, this,
+            [this, probe] { serverAnswered(probe, deviceText(DeviceText::ServerAnswers)); });
+    connect(probe, &QTcpSocket::errorOccurred, this, [this, probe] {
+        serverAnswered(probe, deviceText(DeviceText::ServerSilent).arg(probe->errorString()));
+    });
+    QTimer::singleShot(ServerAnswerMs, probe, [this, probe] {
+        serverAnswered(probe, deviceText(DeviceText::ServerSilent)
+                                  .arg(QStringLiteral("%1 s").arg(ServerAnswerMs / 1000)));
+    });
+    const QString host = device.host.toLower();
+    if (host.endsWith(QLatin1String(".invalid"))) // never resolves; no name server is asked
+        QTimer::singleShot(0, probe, [this, probe, device] {
+            serverAnswered(probe, deviceText(DeviceText::ServerSilent)
+                                      .arg(QStringLiteral("%1: Host not found").arg(device.host)));
+        });
+    else
+        probe->connectToHost(device.host, device.port);
+}
+
+void SetupDialog::serverAnswered(QTcpSocket *probe, const QString &answer) {
+    if (probe != m_probe || !m_probeAnswer.isEmpty())
+        return;
+    m_probeAnswer = answer;
+    probe->abort();
+    showDeviceInfo();
 }
 
 void SetupDialog::showDevices() {
@@ -87,7 +156,7 @@ void SetupDialog::showDevices() {
     }
     if (!chosen.isEmpty() && current == 0) {
         // Chosen earlier and not found now: kept, and said so.
-        const bool there = QFileInfo::exists(chosen);
+        const bool there = QFileInfo::exists(chosen) || isNetDeviceName(chosen);
         // The state first: a long path is cut at the list's right edge.
         DeviceCombo->addItem(there ? chosen : deviceText(DeviceText::Absent).arg(chosen), chosen);
         DeviceCombo->setItemData(DeviceCombo->count() - 1, -1, PresentIndexRole);
@@ -135,6 +204,17 @@ void SetupDialog::showDeviceInfo() {
         lines << QString()
               << deviceText(DeviceText::EnvironmentFirst)
                      .arg(comEnvironmentVariable(port), breakable(path));
+    } else if (isNetDeviceName(path)) {
+        QString why;
+        const std::optional<NetDevice> server = parseNetDevice(path, &why);
+        if (!server)
+            lines << QString() << why;
+        else if (m_probeFor != path)
+            lines << QString() << deviceText(DeviceText::ServerNotAsked);
+        else
+            lines << QString()
+                  << (m_probeAnswer.isEmpty() ? deviceText(DeviceText::ServerAsked)
+                                              : m_probeAnswer);
     } else if (!listed && !QFileInfo::exists(path)) {
         lines << QString() << deviceText(DeviceText::NotPresent);
     }
