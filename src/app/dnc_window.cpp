@@ -5,6 +5,7 @@
 #include "commands_by_type.h"
 #include "directory.h"
 #include "form_geometry.h"
+#include "languages.h"
 #include "profile.h"
 #include "settings.h"
 #include "setup_dialog.h"
@@ -17,6 +18,7 @@
 #include "window_screen.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QLabel>
 #include <QListWidget>
 #include <QMessageBox>
@@ -41,6 +43,7 @@ Screen &DncWindow::screen() {
 void DncWindow::Form_Load(const QString &commandLine) {
     m_g.ToolDbEnabled = false;
     GetParameter(m_g, commandLine);
+    loadTranslations(m_g.Language);
     // A section name on two lines would break dnc.ini at the first Setup: the program ends.
     if (const QString why = sectionNameProblem(m_g.ConfigSection); !why.isEmpty()) {
         m_screen->msgBox(why, BoxIcon::Critical, QString());
@@ -104,8 +107,9 @@ void DncWindow::Enable_cmd() {
             DBGrid1->hide();
             m_gridOff = true;
             m_screen->msgBox(DBGrid1->toolModel()->errorText() +
-                                 QStringLiteral(" The tool list is not shown until it can be "
-                                                "read again; every send tries again."),
+                                 QCoreApplication::translate(
+                                     "Window", " The tool list is not shown until it can be "
+                                               "read again; every send tries again."),
                              BoxIcon::Critical, QString());
         }
     }

@@ -56,10 +56,10 @@ void ConsoleScreen::draw() {
         f.characters = m_characters();
     } else {
         f.characters = m_caption.toLongLong();
-        f.label = ctlText(CtlText::Receiving, m_g.Language);
+        f.label = ctlText(CtlText::Receiving);
     }
     f.seconds = double(m_clock.nsecsElapsed()) / 1e9;
-    const QByteArray line = progressText(f, m_g.Language, columns()).toLocal8Bit();
+    const QByteArray line = progressText(f, columns()).toLocal8Bit();
     std::fputc('\r', m_err);
     std::fwrite(line.constData(), 1, size_t(line.size()), m_err);
     std::fputs("\033[K", m_err); // the rest of an earlier, longer line

@@ -1,7 +1,9 @@
 #include "ctl_options.h"
 
 #include "command_line.h"
+#include "languages.h"
 
+#include <QCoreApplication>
 #include <QRegularExpression>
 
 namespace {
@@ -15,6 +17,13 @@ struct Command {
     const char *synopsis;
 };
 
+const QStringList &optionsWithValue() {
+    static const QStringList withValue{
+        "-c",     "-s",     "-d",    "-x",     "--port",      "--baud",       "--parity",
+        "--data", "--stop", "--cnc", "--wait", "--from-line", "--from-block", "--from-tool"};
+    return withValue;
+}
+
 constexpr Command Commands[] = {
     {"send", CtlCommand::Send, 1, 1, "send FILE"},
     {"receive", CtlCommand::Receive, 1, 2, "receive [NAME] OUT"},
@@ -27,46 +36,65 @@ constexpr Command Commands[] = {
 QString checkValue(const QString &option, const QString &value) {
     static const QRegularExpression digits(QStringLiteral("^[0-9]+$"));
     if (option == u"--baud" && (!digits.match(value).hasMatch() || value.toInt() <= 0))
-        return QStringLiteral("--baud takes a whole number above 0, not \"%1\"").arg(value);
+        return QCoreApplication::translate("dncctl",
+                                           "--baud takes a whole number above 0, not \"%1\"")
+            .arg(value);
     if (option == u"--parity" && !QStringList{"E", "O", "N"}.contains(value.toUpper()))
-        return QStringLiteral("--parity takes E, O or N, not \"%1\"").arg(value);
+        return QCoreApplication::translate("dncctl", "--parity takes E, O or N, not \"%1\"")
+            .arg(value);
     if (option == u"--data" && !QStringList{"5", "6", "7", "8"}.contains(value))
-        return QStringLiteral("--data takes 7 or 8, not \"%1\"").arg(value);
+        return QCoreApplication::translate("dncctl", "--data takes 7 or 8, not \"%1\"").arg(value);
     if (option == u"--stop" && !QStringList{"1", "2"}.contains(value))
-        return QStringLiteral("--stop takes 1 or 2, not \"%1\"").arg(value);
+        return QCoreApplication::translate("dncctl", "--stop takes 1 or 2, not \"%1\"").arg(value);
     if (option == u"--cnc" &&
         !QStringList{"303", "504", "xonxoff"}.contains(value, Qt::CaseInsensitive))
-        return QStringLiteral("--cnc takes 303, 504 or XonXoff, not \"%1\"").arg(value);
+        return QCoreApplication::translate("dncctl", "--cnc takes 303, 504 or XonXoff, not \"%1\"")
+            .arg(value);
     if (option == u"--wait" &&
         (!digits.match(value).hasMatch() || value.toInt() <= 0 || value.toInt() > 86400))
-        return QStringLiteral("--wait takes seconds from 1 to 86400, not \"%1\"").arg(value);
+        return QCoreApplication::translate("dncctl",
+                                           "--wait takes seconds from 1 to 86400, not \"%1\"")
+            .arg(value);
     static const QRegularExpression block(QStringLiteral("^[Nn]?[0-9]{1,12}$"));
     if ((option == u"--from-line" || option == u"--from-tool") &&
         (!digits.match(value).hasMatch() || value.toLongLong() <= 0 || value.size() > 12))
-        return QStringLiteral("%1 takes a whole number above 0, not \"%2\"").arg(option, value);
+        return QCoreApplication::translate("dncctl", "%1 takes a whole number above 0, not \"%2\"")
+            .arg(option, value);
     if (option == u"--from-block" && !block.match(value).hasMatch())
-        return QStringLiteral("--from-block takes a block number such as N48210, not \"%1\"")
+        return QCoreApplication::translate(
+                   "dncctl", "--from-block takes a block number such as N48210, not \"%1\"")
             .arg(value);
     if (option == u"--port" && value.isEmpty())
-        return QStringLiteral("--port takes a device path");
+        return QCoreApplication::translate("dncctl", "--port takes a device path");
     // An unset variable in a script: counting every tool under an empty name is never meant.
     if (option == u"-x" && value.isEmpty())
-        return QStringLiteral("-x takes a string that is not empty");
+        return QCoreApplication::translate("dncctl", "-x takes a string that is not empty");
     return {};
 }
 
 } // namespace
 
+qint16 ctlLanguage(const QStringList &args) {
+    for (qsizetype i = 0; i + 1 < args.size(); ++i) {
+        const QString &a = args[i];
+        if (a == u"--" || !a.startsWith(u'-'))
+            break;
+        if (a == u"-c")
+            return languageOf(args[i + 1]);
+        if (optionsWithValue().contains(a))
+            ++i;
+    }
+    return languageOfEnvironment();
+}
+
 CtlParse parseCtlArguments(const QStringList &args) {
     CtlParse p;
     CtlOptions &o = p.options;
+    o.language = languageOfEnvironment();
     const auto fail = [&p](const QString &why) {
         p.error = why;
         return p;
     };
-    static const QStringList withValue{
-        "-c",     "-s",     "-d",    "-x",     "--port",      "--baud",       "--parity",
-        "--data", "--stop", "--cnc", "--wait", "--from-line", "--from-block", "--from-tool"};
     qsizetype i = 0;
     for (; i < args.size(); ++i) {
         QString a = args[i];
@@ -95,11 +123,11 @@ CtlParse parseCtlArguments(const QStringList &args) {
             o.quiet = true;
             continue;
         }
-        if (!withValue.contains(a))
-            return fail(QStringLiteral("unknown option %1").arg(args[i]));
+        if (!optionsWithValue().contains(a))
+            return fail(QCoreApplication::translate("dncctl", "unknown option %1").arg(args[i]));
         if (!attached) {
             if (i + 1 >= args.size())
-                return fail(QStringLiteral("%1 needs a value").arg(a));
+                return fail(QCoreApplication::translate("dncctl", "%1 needs a value").arg(a));
             value = args[++i];
         }
         if (const QString why = checkValue(a, value); !why.isEmpty())
@@ -113,7 +141,8 @@ CtlParse parseCtlArguments(const QStringList &args) {
             o.databasePath = value;
         } else if (a == u"-x") {
             if (o.limits.size() == MaxLimits)
-                return fail(QStringLiteral("at most %1 limit strings (-x)").arg(MaxLimits));
+                return fail(QCoreApplication::translate("dncctl", "at most %1 limit strings (-x)")
+                                .arg(MaxLimits));
             o.limits << value;
         } else if (a == u"--port") {
             o.port = value;
@@ -129,7 +158,8 @@ CtlParse parseCtlArguments(const QStringList &args) {
             o.cnc = value;
         } else if (a == u"--from-line" || a == u"--from-block" || a == u"--from-tool") {
             if (o.start.partWay())
-                return fail(QStringLiteral("one place to start from, not two"));
+                return fail(
+                    QCoreApplication::translate("dncctl", "one place to start from, not two"));
             o.start.kind = a == u"--from-line"    ? StartKind::Line
                            : a == u"--from-block" ? StartKind::Block
                                                   : StartKind::Tool;
@@ -143,7 +173,7 @@ CtlParse parseCtlArguments(const QStringList &args) {
     if (o.help || o.version)
         return p;
     if (i >= args.size())
-        return fail(QStringLiteral("no command given"));
+        return fail(QCoreApplication::translate("dncctl", "no command given"));
     o.commandWord = args[i];
     o.args = args.mid(i + 1);
     // "dncctl send -- -part.tap": the name that starts with a dash is a file, not an option.
@@ -153,17 +183,20 @@ CtlParse parseCtlArguments(const QStringList &args) {
         if (o.commandWord != QLatin1String(c.word))
             continue;
         if (o.args.size() < c.least || o.args.size() > c.most)
-            return fail(QStringLiteral("usage: dncctl [options] %1").arg(c.synopsis));
+            return fail(QCoreApplication::translate("dncctl", "usage: dncctl [options] %1")
+                            .arg(c.synopsis));
         if (o.start.partWay() && c.command != CtlCommand::Send)
-            return fail(QStringLiteral("--from-line, --from-block and --from-tool are for send"));
+            return fail(QCoreApplication::translate(
+                "dncctl", "--from-line, --from-block and --from-tool are for send"));
         o.command = c.command;
         return p;
     }
-    return fail(QStringLiteral("unknown command \"%1\"").arg(o.commandWord));
+    return fail(QCoreApplication::translate("dncctl", "unknown command \"%1\"").arg(o.commandWord));
 }
 
 QString ctlUsage() {
-    return QStringLiteral(
+    return QCoreApplication::translate(
+        "dncctl",
         "Usage: dncctl [options] COMMAND [arguments]\n"
         "\n"
         "Moves NC programs between this PC and a CNC over the serial line, with the settings\n"
@@ -181,7 +214,8 @@ QString ctlUsage() {
         "  delete NAME        DC, delete the program NAME on a control \"504\"\n"
         "\n"
         "Options, before the command, each value as its own argument:\n"
-        "  -c CODE            language of the messages: 044 English, 033 French, 049 German\n"
+        "  -c CODE            language of the messages: 044 English, 033 French, 049 German;\n"
+        "                     without it, the language of LC_ALL, LC_MESSAGES or LANG\n"
         "  -s SECTION         the section of dnc.ini (default: Default)\n"
         "  -d DATABASE        count the tools of each program sent in this tool database\n"
         "  -x STRING          a limit string that cuts tool names short; repeat -x for each\n"

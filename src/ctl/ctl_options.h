@@ -10,7 +10,7 @@
 enum class CtlCommand { None, Send, Receive, List, Change, Execute, Delete };
 
 struct CtlOptions {
-    qint16 language = 1;
+    qint16 language = 1; // of -c, else of the environment
     QString section = QStringLiteral("Default");
     bool toolDb = false;
     QString databasePath;
@@ -38,6 +38,10 @@ struct CtlParse {
 };
 
 CtlParse parseCtlArguments(const QStringList &args); // without the program's name
+
+// The language of the messages, known before the line is read whole, so that its mistakes are
+// told in it: -c among the options, else the environment's.
+qint16 ctlLanguage(const QStringList &args);
 
 // The text of --help.
 QString ctlUsage();

@@ -53,32 +53,34 @@ int indexOf(CtlCommand c) {
 }
 
 // Why the file to send cannot be sent, or empty. A FIFO or a device would block or never end.
-QString unusableToSend(const QString &path, qint16 language) {
+QString unusableToSend(const QString &path) {
     const QFileInfo info(path);
     if (!info.exists())
-        return ctlText(CtlText::NoSuchFile, language).arg(path);
+        return ctlText(CtlText::NoSuchFile).arg(path);
     if (!info.isFile())
-        return ctlText(CtlText::NotAFile, language).arg(path);
+        return ctlText(CtlText::NotAFile).arg(path);
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        return ctlText(CtlText::CannotRead, language).arg(path, file.errorString());
+        return ctlText(CtlText::CannotRead).arg(path, file.errorString());
     return {};
 }
 
 // Why the received program could not be written to `path`, or empty: asked before the
 // reception, so that a program is not received only to be lost.
-QString unusableToSave(const QString &path, qint16 language) {
+QString unusableToSave(const QString &path) {
     const QFileInfo info(path);
     if (info.exists() && !info.isFile())
-        return ctlText(CtlText::NotAFile, language).arg(path);
+        return ctlText(CtlText::NotAFile).arg(path);
     if (info.exists() && !info.isWritable())
-        return ctlText(CtlText::CannotWrite, language).arg(path, QStringLiteral("read-only"));
+        return ctlText(CtlText::CannotWrite)
+            .arg(path, QCoreApplication::translate("dncctl", "read-only"));
     const QFileInfo folder(info.absolutePath());
     if (!folder.isDir())
-        return ctlText(CtlText::CannotWrite, language).arg(path, QStringLiteral("no such folder"));
+        return ctlText(CtlText::CannotWrite)
+            .arg(path, QCoreApplication::translate("dncctl", "no such folder"));
     if (!folder.isWritable())
-        return ctlText(CtlText::CannotWrite, language)
-            .arg(path, QStringLiteral("the folder is read-only"));
+        return ctlText(CtlText::CannotWrite)
+            .arg(path, QCoreApplication::translate("dncctl", "the folder is read-only"));
     return {};
 }
 
@@ -112,7 +114,6 @@ QByteArray listingOf(const QByteArray &reply, qint16 cncType) {
 
 // What the record says that no box has said yet.
 void tell(ConsoleScreen &screen, const Globals &g, const CtlOptions &o, const OutcomeRecord &r) {
-    const qint16 lang = g.Language;
     switch (r.kind) {
     case OutcomeKind::TimedOut:
         if (r.reason.isEmpty()) // the reply loops end a silence without a word
@@ -120,25 +121,25 @@ void tell(ConsoleScreen &screen, const Globals &g, const CtlOptions &o, const Ou
         break;
     case OutcomeKind::NotOnControl:
         if (!r.programName.isEmpty() || r.listed < 0)
-            screen.say(ctlText(CtlText::NothingReceived, lang));
+            screen.say(ctlText(CtlText::NothingReceived));
         else if (r.listed == 0)
-            screen.say(ctlText(CtlText::NothingListed, lang));
+            screen.say(ctlText(CtlText::NothingListed));
         else
-            screen.say(ctlText(CtlText::NotListed, lang).arg(o.args[0]));
+            screen.say(ctlText(CtlText::NotListed).arg(o.args[0]));
         break;
     case OutcomeKind::NotCounted:
-        screen.say(ctlText(CtlText::NotCounted, lang));
+        screen.say(ctlText(CtlText::NotCounted));
         break;
     default:
         break;
     }
     const QString left = QString::number(r.linesLeftOut);
     if (r.shortfall == Shortfall::BlankLine)
-        screen.say(ctlText(CtlText::BlankLine, lang).arg(left));
+        screen.say(ctlText(CtlText::BlankLine).arg(left));
     else if (r.shortfall == Shortfall::NoCarriageReturn)
-        screen.say(ctlText(CtlText::NoCarriageReturn, lang).arg(left));
+        screen.say(ctlText(CtlText::NoCarriageReturn).arg(left));
     else if (r.shortfall == Shortfall::LinesDropped)
-        screen.say(ctlText(CtlText::LinesDropped, lang).arg(left));
+        screen.say(ctlText(CtlText::LinesDropped).arg(left));
 }
 
 } // namespace
@@ -175,34 +176,35 @@ int runDncctl(const CtlOptions &o) {
         // A device given for this run stands for whatever port the section names.
         if (o.port.isEmpty())
             return refuse(ExitNotOffered,
-                          ctlText(CtlText::NoSuchPort, g.Language)
+                          ctlText(CtlText::NoSuchPort)
                               .arg(g.ConfigSection, QDir::toNativeSeparators(g.iniPath),
                                    g.ComSettings.left(colon + 1)));
         g.ComSettings = QStringLiteral("COM1:") + g.ComSettings.mid(colon + 1);
     }
     if (!commandOffered(g.CncType, indexOf(o.command)))
-        return refuse(
-            ExitNotOffered,
-            ctlText(CtlText::NotOffered, g.Language).arg(o.commandWord, g.CncChoices[g.CncType]));
+        return refuse(ExitNotOffered,
+                      ctlText(CtlText::NotOffered).arg(o.commandWord, g.CncChoices[g.CncType]));
     const bool named = o.command == CtlCommand::Receive && g.CncType == Cnc504;
     if (o.command == CtlCommand::Receive && o.args.size() != (named ? 2 : 1))
         return refuse(ExitUsage,
-                      named ? QStringLiteral("a control \"504\" sends the program named: "
-                                             "dncctl receive NAME OUT")
-                            : QStringLiteral("a control \"%1\" chooses the program it sends "
-                                             "itself: dncctl receive OUT")
+                      named ? QCoreApplication::translate(
+                                  "dncctl", "a control \"504\" sends the program named: "
+                                            "dncctl receive NAME OUT")
+                            : QCoreApplication::translate(
+                                  "dncctl", "a control \"%1\" chooses the program it sends "
+                                            "itself: dncctl receive OUT")
                                   .arg(g.CncChoices[g.CncType]));
     const QString out = o.command == CtlCommand::Receive ? o.args.last() : QString();
     const bool toStdout = out == u"-";
     // Whatever opened next would have taken its descriptor: the program would go to the port.
     if (o.stdoutClosed && (toStdout || o.command == CtlCommand::List))
-        return refuse(ExitFile, ctlText(CtlText::StdoutClosed, g.Language));
+        return refuse(ExitFile, ctlText(CtlText::StdoutClosed));
     if (o.command == CtlCommand::Send) {
-        if (const QString why = unusableToSend(o.args[0], g.Language); !why.isEmpty())
+        if (const QString why = unusableToSend(o.args[0]); !why.isEmpty())
             return refuse(ExitFile, why);
     }
     if (o.command == CtlCommand::Receive && !toStdout) {
-        if (const QString why = unusableToSave(out, g.Language); !why.isEmpty())
+        if (const QString why = unusableToSave(out); !why.isEmpty())
             return refuse(ExitFile, why);
     }
     if (g.ToolDbEnabled && o.command == CtlCommand::Send) {
@@ -230,8 +232,7 @@ int runDncctl(const CtlOptions &o) {
 
     QCoreApplication::processEvents();
     if (const int s = interrupts.caught())
-        return refuse(ExitSignalBase + s,
-                      ctlText(CtlText::Interrupted, g.Language).arg(signalName(s)));
+        return refuse(ExitSignalBase + s, ctlText(CtlText::Interrupted).arg(signalName(s)));
 
     {
         const OperationState::Run run(state);
@@ -280,8 +281,9 @@ int runDncctl(const CtlOptions &o) {
     if (o.command == CtlCommand::List && r.kind != OutcomeKind::PortFailure)
         unwritten = writeStdout(listingOf(r.received, g.CncType));
     if (!unwritten.isEmpty()) {
-        const QString text = ctlText(CtlText::CannotWrite, g.Language)
-                                 .arg(QStringLiteral("standard output"), unwritten);
+        const QString text =
+            ctlText(CtlText::CannotWrite)
+                .arg(QCoreApplication::translate("dncctl", "standard output"), unwritten);
         r.fail(OutcomeKind::FileFailure, text);
         screen.say(text);
     }
@@ -289,8 +291,8 @@ int runDncctl(const CtlOptions &o) {
     const int signal = r.kind == OutcomeKind::Interrupted ? interrupts.caught() : 0;
     if (r.kind == OutcomeKind::Interrupted) {
         if (o.command == CtlCommand::Receive && !r.received.isEmpty())
-            screen.say(ctlText(CtlText::NotSaved, g.Language).arg(r.received.size()));
-        screen.say(ctlText(CtlText::Interrupted, g.Language).arg(signalName(signal)));
+            screen.say(ctlText(CtlText::NotSaved).arg(r.received.size()));
+        screen.say(ctlText(CtlText::Interrupted).arg(signalName(signal)));
     }
     return exitCodeOf(r, signal);
 }

@@ -1,6 +1,6 @@
 #pragma once
-// The companion's own messages and progress words, in the language of -c. The operations'
-// messages come from the text table; these are the ones only the command line needs.
+// The companion's own messages and progress words, in the language of the loaded
+// translations: the ones only the command line needs.
 
 #include <QString>
 
@@ -29,5 +29,4 @@ enum class CtlText {
     Receiving,
 };
 
-// Language as the window numbers it: 1 and 4 English, 2 French, 3 German.
-QString ctlText(CtlText text, qint16 language);
+QString ctlText(CtlText text);

@@ -27,7 +27,7 @@ QString applyLineOverrides(Globals &g, const CtlOptions &o) {
 
     const QString ini = QDir::toNativeSeparators(g.iniPath);
     const auto missing = [&](QLatin1String key, const char *option) {
-        return ctlText(CtlText::MissingSetting, g.Language)
+        return ctlText(CtlText::MissingSetting)
             .arg(g.ConfigSection, ini, key, QLatin1String(option));
     };
     if (port.isEmpty())
@@ -51,6 +51,6 @@ QString applyLineOverrides(Globals &g, const CtlOptions &o) {
                 g.CncType = qint16(i);
     }
     if (g.CncType == CncNone)
-        return ctlText(CtlText::NoControlType, g.Language).arg(g.ConfigSection, ini);
+        return ctlText(CtlText::NoControlType).arg(g.ConfigSection, ini);
     return {};
 }

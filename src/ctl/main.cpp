@@ -3,6 +3,7 @@
 #include "ctl_options.h"
 #include "ctl_outcome.h"
 #include "ctl_run.h"
+#include "languages.h"
 
 #include <QCoreApplication>
 
@@ -21,10 +22,14 @@ int main(int argc, char *argv[]) {
     // A reader that went away (dncctl list | head -1) is a failed write, not a crash.
     std::signal(SIGPIPE, SIG_IGN);
 
-    const CtlParse parse = parseCtlArguments(app.arguments().mid(1));
+    const QStringList args = app.arguments().mid(1);
+    loadTranslations(ctlLanguage(args));
+    const CtlParse parse = parseCtlArguments(args);
     if (!parse.error.isEmpty()) {
-        std::fprintf(stderr, "dncctl: %s\nTry 'dncctl --help'.\n",
-                     parse.error.toLocal8Bit().constData());
+        const QString text =
+            QCoreApplication::translate("dncctl", "dncctl: %1\nTry 'dncctl --help'.\n")
+                .arg(parse.error);
+        std::fputs(text.toLocal8Bit().constData(), stderr);
         return ExitUsage;
     }
     if (parse.options.help) {

@@ -48,21 +48,20 @@ ProgressFigures figuresOfCaption(const QString &caption) {
     return f;
 }
 
-QString progressText(const ProgressFigures &f, qint16 language, int width) {
+QString progressText(const ProgressFigures &f, int width) {
     QStringList parts;
-    parts << QStringLiteral("%1 %2").arg(f.characters).arg(ctlText(CtlText::Characters, language));
+    parts << ctlText(CtlText::Characters).arg(f.characters);
     const bool settled = f.seconds >= SettleSeconds;
-    parts << QStringLiteral("%1 %2").arg(
-        settled ? QString::number(std::llround(double(f.characters) / f.seconds))
-                : QStringLiteral("--"),
-        ctlText(CtlText::PerSecond, language));
+    parts << ctlText(CtlText::PerSecond)
+                 .arg(settled ? QString::number(std::llround(double(f.characters) / f.seconds))
+                              : QStringLiteral("--"));
     QString tail = f.percent >= 0 ? QStringLiteral(" - %1%  ").arg(f.percent) : QString();
     if (f.percent >= 0) {
         const QString left =
             settled && f.percent > 0
                 ? duration(f.seconds * (100 - std::min(f.percent, 100)) / f.percent)
                 : QStringLiteral("--:--");
-        parts << QStringLiteral("%1 %2").arg(left, ctlText(CtlText::Left, language));
+        parts << ctlText(CtlText::Left).arg(left);
     } else if (!f.label.endsWith(u' ')) {
         tail = QStringLiteral("  ");
     }

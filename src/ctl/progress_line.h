@@ -15,5 +15,6 @@ struct ProgressFigures {
 ProgressFigures figuresOfCaption(const QString &caption);
 
 // "Send file : A.tap - 42%  4200 characters  960 characters/s  0:05 left", in the language of
-// -c. The label is shortened in its middle so that the whole fits in width - 1 columns.
-QString progressText(const ProgressFigures &f, qint16 language, int width);
+// the loaded translations. The label is shortened in its middle so that the whole fits in width - 1
+// columns.
+QString progressText(const ProgressFigures &f, int width);

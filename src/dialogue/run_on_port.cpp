@@ -1,6 +1,8 @@
 #include "comm.h"
 #include "dialogue.h"
 
+#include <QCoreApplication>
+
 bool runOnPort(Link &l, const std::function<void()> &operation) {
     try {
         operation();
@@ -14,7 +16,7 @@ bool runOnPort(Link &l, const std::function<void()> &operation) {
         }
         l.screen.setLabel1Visible(false);
         l.screen.setMousePointer(DefaultPointer);
-        const QString text = QStringLiteral("%1: %2").arg(e.device, e.reason);
+        const QString text = QCoreApplication::translate("Port", "%1: %2").arg(e.device, e.reason);
         l.outcome.fail(OutcomeKind::PortFailure, text);
         l.screen.msgBox(text, BoxIcon::Critical, QString());
         return false;

@@ -1,6 +1,8 @@
 #include "comm.h"
 #include "dialogue.h"
 
+#include <QCoreApplication>
+
 int comPortNumber(const QString &comSettings) {
     const qsizetype colon = comSettings.indexOf(QLatin1Char(':'));
     // Only the one character before the colon names the port.
@@ -13,9 +15,10 @@ void SetCom(Link &l) {
     const int colon = int(s.indexOf(QLatin1Char(':')));
     const int port = comPortNumber(s);
     if (port < 1)
-        throw CommError{s.isEmpty() ? QStringLiteral("The port") : s,
-                        QStringLiteral("no serial port is set up (expected COM1: to COM4:). "
-                                       "Choose one with Setup.")};
+        throw CommError{s.isEmpty() ? QCoreApplication::translate("Port", "The port") : s,
+                        QCoreApplication::translate(
+                            "Port", "no serial port is set up (expected COM1: to COM4:). "
+                                    "Choose one with Setup.")};
     l.comm.setCommPort(port);
     l.comm.setSettings(s.mid(colon + 1));
 }

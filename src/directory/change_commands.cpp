@@ -2,13 +2,16 @@
 #include "directory.h"
 #include "wire_chars.h"
 
+#include <QCoreApplication>
+
 namespace {
 
 // Two letters alone, no CR and no go-ahead; closing the port lets them leave first.
 void sendTwoLetters(Link &l, const QByteArray &letters, OperationName operation) {
     const OutcomeRecord::Scope record(l.outcome, operation, l.state);
     if (l.g.CncType != Cnc303 && l.g.CncType != CncNone) {
-        l.outcome.fail(OutcomeKind::Cancelled, QStringLiteral("no such command"));
+        l.outcome.fail(OutcomeKind::Cancelled,
+                       QCoreApplication::translate("Directory", "no such command"));
         return;
     }
     runOnPort(l, [&] {

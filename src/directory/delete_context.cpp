@@ -2,10 +2,13 @@
 #include "directory.h"
 #include "wire_chars.h"
 
+#include <QCoreApplication>
+
 void DeleteContext(Link &l) {
     const OutcomeRecord::Scope record(l.outcome, OperationName::DeleteContext, l.state);
     if (l.g.CncType == CncXonXoff) {
-        l.outcome.fail(OutcomeKind::Cancelled, QStringLiteral("no delete command"));
+        l.outcome.fail(OutcomeKind::Cancelled,
+                       QCoreApplication::translate("Directory", "no delete command"));
         return;
     }
     runOnPort(l, [&] {
@@ -13,7 +16,8 @@ void DeleteContext(Link &l) {
         SetCom(l);
         // Only the control "504" has a delete command; the others end with the port unopened.
         if (l.g.CncType != Cnc504)
-            l.outcome.fail(OutcomeKind::Cancelled, QStringLiteral("no delete command"));
+            l.outcome.fail(OutcomeKind::Cancelled,
+                           QCoreApplication::translate("Directory", "no delete command"));
         if (l.g.CncType == Cnc504) {
             l.comm.setPortOpen(true);
             const QByteArray name = SelectCNCFile(l);

@@ -4,11 +4,14 @@
 #include "reply_loop.h"
 #include "wire_chars.h"
 
+#include <QCoreApplication>
+
 void MapContext(Link &l) {
     const OutcomeRecord::Scope record(l.outcome, OperationName::MapContext, l.state);
     // Only the controls "303" and "504" have a directory command.
     if (l.g.CncType != Cnc303 && l.g.CncType != Cnc504) {
-        l.outcome.fail(OutcomeKind::Cancelled, QStringLiteral("no directory command"));
+        l.outcome.fail(OutcomeKind::Cancelled,
+                       QCoreApplication::translate("Directory", "no directory command"));
         return;
     }
     runOnPort(l, [&] {

@@ -8,18 +8,39 @@
 // The control types, by their place in CncChoices; 0 until a known type has been read.
 enum CncKind : qint16 { CncNone = 0, Cnc303 = 1, Cnc504 = 2, CncXonXoff = 3 };
 
-// Rows of TextTable that the code reads by name.
+// The filled rows of TextTable. The setup dialog's labels and the command buttons are read by a
+// computed row (first + index), so the numbers are fixed.
 enum TextRow : int {
     QuitCaption = 5,
     SendFilePrefix = 6,
     TimeoutMessage = 7,
     SetupTitle = 10,
-    SetupFirstLabel = 11, // Label(0) to Label(6) of the setup dialog: 11 to 17
+    PortLabel = 11, // Label(0) to Label(6) of the setup dialog
+    BaudLabel,
+    ParityLabel,
+    DataLabel,
+    StopLabel,
+    CncLabel,
+    SoftLabel,
     WaitXonCaption = 18,
     NoSpaceCaption = 19,
     WindowTitle = 20,
-    FirstCommandCaption = 31, // Command1(0) to Command1(7): 31 to 38
+    SetupCaption = 31, // Command1(0) to Command1(7)
+    SendCaption,
+    ReceiveCaption,
+    MapCaption,
+    ChangeCaption,
+    ExecuteCaption,
+    DeleteCaption,
+    HelpCaption,
+    SetupFirstLabel = PortLabel,
+    FirstCommandCaption = SetupCaption,
 };
+
+// The place of (row, column) in TextTable, stored row after row.
+constexpr int textIndex(int row, int column) {
+    return row * 5 + column;
+}
 
 struct Globals {
     // Command line
@@ -33,7 +54,7 @@ struct Globals {
 
     // Texts: row * 5 + column, rows 0..50, columns 0..4
     std::array<QString, 51 * 5> TextTable;
-    QString Text(int row) const { return TextTable[row * 5 + Language]; }
+    QString Text(int row) const { return TextTable[textIndex(row, Language)]; }
 
     // Settings read from the settings file
     QString ComSettings;

@@ -1,5 +1,7 @@
 #include "regular_file.h"
 
+#include <QCoreApplication>
+
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -8,31 +10,31 @@
 
 namespace {
 
-QString kindOf(mode_t mode) {
-    if (S_ISFIFO(mode))
-        return QStringLiteral("is a FIFO (named pipe)");
-    if (S_ISCHR(mode))
-        return QStringLiteral("is a character device");
-    if (S_ISBLK(mode))
-        return QStringLiteral("is a block device");
-    if (S_ISDIR(mode))
-        return QStringLiteral("is a folder");
-    if (S_ISSOCK(mode))
-        return QStringLiteral("is a socket");
-    return QStringLiteral("is no regular file");
-}
-
+// Why a file the operator named cannot be read as a program, in a few words.
 QString notRegular(mode_t mode) {
-    return kindOf(mode) + QStringLiteral(", not a regular file");
+    if (S_ISFIFO(mode))
+        return QCoreApplication::translate("File", "is a FIFO (named pipe), not a regular file");
+    if (S_ISCHR(mode))
+        return QCoreApplication::translate("File", "is a character device, not a regular file");
+    if (S_ISBLK(mode))
+        return QCoreApplication::translate("File", "is a block device, not a regular file");
+    if (S_ISDIR(mode))
+        return QCoreApplication::translate("File", "is a folder, not a regular file");
+    if (S_ISSOCK(mode))
+        return QCoreApplication::translate("File", "is a socket, not a regular file");
+    return QCoreApplication::translate("File", "is no regular file");
 }
 
 } // namespace
 
 QString lineTooLong(qint64 lineNumber, qint64 maxLine) {
     constexpr qint64 MB = 1024 * 1024;
-    const QString bound = maxLine % MB == 0 ? QStringLiteral("%1 MB").arg(maxLine / MB)
-                                            : QStringLiteral("%1 bytes").arg(maxLine);
-    return QStringLiteral("line %1 is longer than %2").arg(lineNumber).arg(bound);
+    const QString bound = maxLine % MB == 0
+                              ? QCoreApplication::translate("File", "%1 MB").arg(maxLine / MB)
+                              : QCoreApplication::translate("File", "%1 bytes").arg(maxLine);
+    return QCoreApplication::translate("File", "line %1 is longer than %2")
+        .arg(lineNumber)
+        .arg(bound);
 }
 
 QString notRegularReason(const QString &path) {

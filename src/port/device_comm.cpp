@@ -2,6 +2,8 @@
 
 #include "port_owner.h"
 
+#include <QCoreApplication>
+
 DeviceComm::DeviceComm(SerialComm &serial, NetComm &net)
     : m_serial(serial), m_net(net), m_active(&serial) {}
 
@@ -34,7 +36,8 @@ void DeviceComm::setPortOpen(bool open) {
         QString why;
         const std::optional<NetDevice> device = parseNetDevice(path, &why);
         if (!device)
-            throw CommError{m_serial.deviceName(), QStringLiteral("cannot be opened: %1").arg(why)};
+            throw CommError{m_serial.deviceName(),
+                            QCoreApplication::translate("Port", "cannot be opened: %1").arg(why)};
         // A station on this PC serves the box: a second connection would take it over.
         if (const std::optional<PortOwner> station = stationHolding(path))
             throw CommError{m_serial.deviceName(), heldByStation(*station)};

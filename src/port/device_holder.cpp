@@ -1,5 +1,7 @@
 #include "device_holder.h"
 
+#include <QCoreApplication>
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -13,7 +15,7 @@ QString describe(qint64 pid) {
     if (pid <= 0 || !comm.open(QIODevice::ReadOnly))
         return {};
     const QString name = QString::fromLocal8Bit(comm.readAll()).trimmed();
-    return QStringLiteral("%1 (process %2)").arg(name).arg(pid);
+    return QCoreApplication::translate("Port", "%1 (process %2)").arg(name).arg(pid);
 }
 
 // UUCP-style and Qt's lock files both begin with the holder's process id.

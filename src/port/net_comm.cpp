@@ -77,9 +77,9 @@ void NetComm::setSettings(const QString &settings) {
         m_settings = parseLineSettings(settings);
         m_settingsText = settings;
     } catch (const LineSettingsError &e) {
-        throw CommError{
-            m_name,
-            QStringLiteral("the line settings \"%1\" cannot be used: %2").arg(settings, e.why)};
+        throw CommError{m_name, QCoreApplication::translate(
+                                    "Port", "the line settings \"%1\" cannot be used: %2")
+                                    .arg(settings, e.why)};
     }
 }
 
@@ -144,8 +144,9 @@ void NetComm::connectSocket(const QDeadlineTimer &limit) {
     // Such names never resolve, and a name server must not be asked about them (RFC 6761).
     const QString host = m_device.host.toLower();
     if (host.endsWith(QLatin1String(".invalid")) || host == QLatin1String("invalid"))
-        openFailed(QStringLiteral("cannot be opened: the name %1 does not resolve to an "
-                                  "address. Check the device server's name, or give its address.")
+        openFailed(QCoreApplication::translate(
+                       "Port", "cannot be opened: the name %1 does not resolve to an "
+                               "address. Check the device server's name, or give its address.")
                        .arg(m_device.host));
     m_socket.abort();
     m_socket.connectToHost(m_device.host, m_device.port);
@@ -153,27 +154,31 @@ void NetComm::connectSocket(const QDeadlineTimer &limit) {
         if (m_socket.state() == QAbstractSocket::UnconnectedState) {
             switch (m_socket.error()) {
             case QAbstractSocket::HostNotFoundError:
-                openFailed(QStringLiteral("cannot be opened: the name %1 does not resolve to an "
-                                          "address. Check the device server's name, or give its "
-                                          "address.")
+                openFailed(QCoreApplication::translate(
+                               "Port", "cannot be opened: the name %1 does not resolve to an "
+                                       "address. Check the device server's name, or give its "
+                                       "address.")
                                .arg(m_device.host));
             case QAbstractSocket::ConnectionRefusedError:
-                openFailed(QStringLiteral("cannot be opened: %1 refused the connection. Nothing "
-                                          "listens there: check the port number set on the "
-                                          "device server, and that it is on.")
+                openFailed(QCoreApplication::translate(
+                               "Port", "cannot be opened: %1 refused the connection. Nothing "
+                                       "listens there: check the port number set on the "
+                                       "device server, and that it is on.")
                                .arg(where()));
             default:
-                openFailed(QStringLiteral("cannot be opened: the connection to %1 failed (%2)")
+                openFailed(QCoreApplication::translate(
+                               "Port", "cannot be opened: the connection to %1 failed (%2)")
                                .arg(where(), m_socket.errorString()));
             }
         }
         if (limit.hasExpired())
-            openFailed(QStringLiteral("cannot be opened: %1 did not answer within %2 s. Is the "
-                                      "device server on, and its address right?")
+            openFailed(QCoreApplication::translate(
+                           "Port", "cannot be opened: %1 did not answer within %2 s. Is the "
+                                   "device server on, and its address right?")
                            .arg(where())
                            .arg(m_openTimeoutMs / 1000.0));
         if (abandoned())
-            openFailed(QStringLiteral("the opening was given up"));
+            openFailed(QCoreApplication::translate("Port", "the opening was given up"));
         sleepUntil(limit);
     }
 }
@@ -225,13 +230,15 @@ void NetComm::negotiate(const QDeadlineTimer &limit) {
     for (;;) {
         pull();
         if (m_telnet.comPortRefused())
-            openFailed(QStringLiteral("cannot be opened: %1 does not take RFC 2217 (COM port "
-                                      "control). If it carries the line's bytes alone, name it "
-                                      "tcp://%2:%3.")
+            openFailed(QCoreApplication::translate(
+                           "Port", "cannot be opened: %1 does not take RFC 2217 (COM port "
+                                   "control). If it carries the line's bytes alone, name it "
+                                   "tcp://%2:%3.")
                            .arg(where(), m_device.host)
                            .arg(m_device.port));
         if (!m_telnet.garbage().isEmpty())
-            openFailed(QStringLiteral("cannot be opened: %1 sent what is not Telnet (%2)")
+            openFailed(QCoreApplication::translate(
+                           "Port", "cannot be opened: %1 sent what is not Telnet (%2)")
                            .arg(where(), m_telnet.garbage()));
         for (const ComPortAnswer &a : m_telnet.takeAnswers()) {
             if (a.command < SetBaudRate || a.command > SetStopSize) {
@@ -246,15 +253,17 @@ void NetComm::negotiate(const QDeadlineTimer &limit) {
         if (missing == 0)
             return;
         if (m_socket.state() != QAbstractSocket::ConnectedState)
-            openFailed(QStringLiteral("cannot be opened: %1 closed the connection while the line "
-                                      "was set up")
+            openFailed(QCoreApplication::translate(
+                           "Port", "cannot be opened: %1 closed the connection while the line "
+                                   "was set up")
                            .arg(where()));
         if (limit.hasExpired())
-            openFailed(QStringLiteral("cannot be opened: %1 did not confirm the %2 within %3 s")
+            openFailed(QCoreApplication::translate(
+                           "Port", "cannot be opened: %1 did not confirm the %2 within %3 s")
                            .arg(where(), QString::fromLatin1(what[missing]))
                            .arg(m_openTimeoutMs / 1000.0));
         if (abandoned())
-            openFailed(QStringLiteral("the opening was given up"));
+            openFailed(QCoreApplication::translate("Port", "the opening was given up"));
         sleepUntil(limit);
     }
 }
@@ -274,21 +283,27 @@ void NetComm::checkAnswer(const ComPortAnswer &a, const QByteArray &asked, bool 
     switch (a.command) {
     case SetBaudRate:
         want = QString::number(number(asked));
-        got = a.value.size() == 4 ? QString::number(number(a.value))
-                                  : QStringLiteral("an answer of %1 bytes").arg(a.value.size());
-        openFailed(QStringLiteral("cannot be opened: %1 refused the baud rate %2: it set %3")
+        got =
+            a.value.size() == 4
+                ? QString::number(number(a.value))
+                : QCoreApplication::translate("Port", "an answer of %1 bytes").arg(a.value.size());
+        openFailed(QCoreApplication::translate(
+                       "Port", "cannot be opened: %1 refused the baud rate %2: it set %3")
                        .arg(where(), want, got));
     case SetDataSize:
-        openFailed(QStringLiteral("cannot be opened: %1 refused %2 data bits: it set %3")
+        openFailed(QCoreApplication::translate(
+                       "Port", "cannot be opened: %1 refused %2 data bits: it set %3")
                        .arg(where())
                        .arg(number(asked))
                        .arg(number(a.value)));
     case SetParity:
         openFailed(
-            QStringLiteral("cannot be opened: %1 refused the parity %2: it set %3")
+            QCoreApplication::translate("Port",
+                                        "cannot be opened: %1 refused the parity %2: it set %3")
                 .arg(where(), parityName(int(number(asked))), parityName(int(number(a.value)))));
     default:
-        openFailed(QStringLiteral("cannot be opened: %1 refused %2 stop bits: it set %3")
+        openFailed(QCoreApplication::translate(
+                       "Port", "cannot be opened: %1 refused %2 stop bits: it set %3")
                        .arg(where(), stopName(int(number(asked))), stopName(int(number(a.value)))));
     }
 }
@@ -315,8 +330,9 @@ void NetComm::pull() {
     if (!m_opening)
         m_telnet.takeAnswers(); // late answers to the modem lines change nothing
     if (!m_telnet.garbage().isEmpty() && !m_failure && !m_opening) {
-        m_failure = QStringLiteral("the device server sent what is not Telnet (%1): the line's "
-                                   "characters behind it cannot be trusted")
+        m_failure = QCoreApplication::translate(
+                        "Port", "the device server sent what is not Telnet (%1): the line's "
+                                "characters behind it cannot be trusted")
                         .arg(m_telnet.garbage());
         trace(QStringLiteral("FAULT %1: %2").arg(m_name, *m_failure));
     }
@@ -353,7 +369,7 @@ void NetComm::requireUsable() const {
     if (m_failure)
         throw CommError{m_name, *m_failure};
     if (!m_open)
-        throw CommError{m_name, QStringLiteral("the port is not open")};
+        throw CommError{m_name, QCoreApplication::translate("Port", "the port is not open")};
 }
 
 void NetComm::output(const QByteArray &bytes) {
@@ -390,7 +406,8 @@ void NetComm::output(const QByteArray &bytes) {
         const QByteArray wire = telnet ? TelnetLayer::escape(piece) : piece;
         if (m_socket.write(wire) != wire.size()) {
             requireUsable();
-            throw CommError{m_name, QStringLiteral("writing to the device server failed (%1)")
+            throw CommError{m_name, QCoreApplication::translate(
+                                        "Port", "writing to the device server failed (%1)")
                                         .arg(m_socket.errorString())};
         }
         m_socket.flush();
@@ -498,9 +515,12 @@ void NetComm::onError(QAbstractSocket::SocketError error) {
     if (m_opening || !m_open || m_failure || error == QAbstractSocket::SocketTimeoutError)
         return;
     if (error == QAbstractSocket::RemoteHostClosedError)
-        m_failure = QStringLiteral("the device is gone: %1 closed the connection").arg(where());
+        m_failure =
+            QCoreApplication::translate("Port", "the device is gone: %1 closed the connection")
+                .arg(where());
     else
-        m_failure = QStringLiteral("the device is gone: the connection to %1 was lost (%2)")
+        m_failure = QCoreApplication::translate(
+                        "Port", "the device is gone: the connection to %1 was lost (%2)")
                         .arg(where(), m_socket.errorString());
     trace(QStringLiteral("FAULT %1: %2").arg(m_name, *m_failure));
 }

@@ -2,6 +2,8 @@
 
 #include "net_device.h"
 
+#include <QCoreApplication>
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -81,13 +83,14 @@ void PortClaim::release() {
 }
 
 QString stationText(const PortOwner &owner) {
-    return QStringLiteral("the station of section %1 (process %2)")
+    return QCoreApplication::translate("Port", "the station of section %1 (process %2)")
         .arg(owner.section)
         .arg(owner.pid);
 }
 
 QString heldByStation(const PortOwner &owner) {
-    return QStringLiteral("cannot be opened: %1 holds it. Stop the station (systemctl stop "
-                          "dnc-station@%2) to use the port here.")
+    return QCoreApplication::translate(
+               "Port", "cannot be opened: %1 holds it. Stop the station (systemctl stop "
+                       "dnc-station@%2) to use the port here.")
         .arg(stationText(owner), owner.section);
 }

@@ -66,9 +66,9 @@ void SerialComm::setSettings(const QString &settings) {
         m_settings = parseLineSettings(settings);
         m_settingsText = settings;
     } catch (const LineSettingsError &e) {
-        throw CommError{
-            deviceName(),
-            QStringLiteral("the line settings \"%1\" cannot be used: %2").arg(settings, e.why)};
+        throw CommError{deviceName(), QCoreApplication::translate(
+                                          "Port", "the line settings \"%1\" cannot be used: %2")
+                                          .arg(settings, e.why)};
     }
 }
 
@@ -263,7 +263,7 @@ void SerialComm::requireUsable() const {
     if (m_failure)
         throw CommError{deviceName(), *m_failure};
     if (!m_port.isOpen())
-        throw CommError{deviceName(), QStringLiteral("the port is not open")};
+        throw CommError{deviceName(), QCoreApplication::translate("Port", "the port is not open")};
 }
 
 void SerialComm::output(const QByteArray &bytes) {
@@ -289,9 +289,9 @@ void SerialComm::output(const QByteArray &bytes) {
         const qint64 direct = writeDirect(piece);
         if (direct < piece.size() && m_port.write(piece.mid(direct)) != piece.size() - direct) {
             requireUsable();
-            throw CommError{
-                deviceName(),
-                QStringLiteral("writing to the device failed (%1)").arg(m_port.errorString())};
+            throw CommError{deviceName(),
+                            QCoreApplication::translate("Port", "writing to the device failed (%1)")
+                                .arg(m_port.errorString())};
         }
         if (m_trace)
             m_trace->bytes(WireTrace::Direction::Sent, piece);
@@ -351,18 +351,22 @@ void SerialComm::onError(QSerialPort::SerialPortError error) {
     case QSerialPort::ResourceError:
         if (why == systemText(EAGAIN))
             return; // the driver's queue is full for now; Qt writes on when there is room
-        m_failure = QStringLiteral("the device is gone: unplugged, or closed at the other end");
+        m_failure = QCoreApplication::translate(
+            "Port", "the device is gone: unplugged, or closed at the other end");
         break;
     case QSerialPort::DeviceNotFoundError:
-        m_failure = QStringLiteral("the device is gone: unplugged, or closed at the other end");
+        m_failure = QCoreApplication::translate(
+            "Port", "the device is gone: unplugged, or closed at the other end");
         break;
     case QSerialPort::ReadError:
-        m_failure = QStringLiteral("reading from the device failed: it was unplugged, or "
-                                   "closed at the other end");
+        m_failure = QCoreApplication::translate(
+            "Port", "reading from the device failed: it was unplugged, or "
+                    "closed at the other end");
         break;
     case QSerialPort::WriteError:
-        m_failure = QStringLiteral("writing to the device failed: it was unplugged, or "
-                                   "closed at the other end");
+        m_failure = QCoreApplication::translate(
+            "Port", "writing to the device failed: it was unplugged, or "
+                    "closed at the other end");
         break;
     default:
         return; // not a fault of the line (an unsupported setting, a time-out of Qt's own)

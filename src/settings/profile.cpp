@@ -2,6 +2,7 @@
 
 #include "regular_file.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -176,18 +177,20 @@ QString iniFileProblem(const Globals &g) {
     QString why;
     if (readAll(path, &why))
         return QString();
-    return QStringLiteral("The settings file %1 %2: the settings can be neither read nor saved.")
-        .arg(path, why.startsWith(QLatin1String("is "))
+    return QCoreApplication::translate(
+               "Settings", "The settings file %1 %2: the settings can be neither read nor saved.")
+        .arg(path, !notRegularReason(path).isEmpty()
                        ? why
-                       : QStringLiteral("cannot be read (%1)").arg(why));
+                       : QCoreApplication::translate("Settings", "cannot be read (%1)").arg(why));
 }
 
 QString sectionNameProblem(const QString &section) {
     if (!holdsLineBreak(section))
         return QString();
-    return QStringLiteral("The configuration name given with -s holds a line break, which a "
-                          "section of the settings file cannot hold. Start the program again "
-                          "with a name on one line.");
+    return QCoreApplication::translate(
+        "Settings", "The configuration name given with -s holds a line break, which a "
+                    "section of the settings file cannot hold. Start the program again "
+                    "with a name on one line.");
 }
 
 QString GetProfile(const Globals &g, const QString &section, const QString &key) {

@@ -1,6 +1,7 @@
 // dnc-station: serves one machine, the section named by -s, with nobody at the PC.
 #include "app_info.h"
 #include "command_line.h"
+#include "languages.h"
 #include "profile.h"
 #include "real_link_parts.h"
 #include "settings.h"
@@ -17,7 +18,8 @@
 
 namespace {
 
-const char *const Usage =
+const char *const Usage = QT_TRANSLATE_NOOP(
+    "Station",
     "Usage: dnc-station [-s SECTION] [-d DATABASE] [-c CODE] [-x STRING]...\n"
     "Serves the machine of one section of dnc.ini (control type \"XonXoff\") until stopped:\n"
     "a request punched at the control is answered with the program it names, from\n"
@@ -26,7 +28,7 @@ const char *const Usage =
     "  -d DATABASE   count the tools of each program sent (an SQLite file or postgresql://)\n"
     "  -c CODE       language: 044 English, 033 French, 049 German\n"
     "  -x STRING     a limit string that cuts tool names short; repeat for each\n"
-    "SIGTERM stops it, SIGHUP reads dnc.ini again between transfers.\n";
+    "SIGTERM stops it, SIGHUP reads dnc.ini again between transfers.\n");
 
 struct StationOptions {
     QString section = QStringLiteral("Default");
@@ -48,7 +50,9 @@ StationOptions parse(const QStringList &args) {
         } else if ((a == u"-s" || a == u"-d" || a == u"-c" || a == u"-x") && i + 1 < args.size()) {
             const QString value = args[++i];
             if (value.isEmpty())
-                o.error = QStringLiteral("%1 takes a value that is not empty").arg(a);
+                o.error =
+                    QCoreApplication::translate("Station", "%1 takes a value that is not empty")
+                        .arg(a);
             else if (a == u"-s")
                 o.section = value;
             else if (a == u"-d")
@@ -58,7 +62,7 @@ StationOptions parse(const QStringList &args) {
             else
                 o.limits << value;
         } else {
-            o.error = QStringLiteral("unknown argument %1").arg(a);
+            o.error = QCoreApplication::translate("Station", "unknown argument %1").arg(a);
         }
     }
     return o;
@@ -68,10 +72,14 @@ StationOptions parse(const QStringList &args) {
 
 int main(int argc, char *argv[]) {
     QCoreApplication app(argc, argv);
-    const StationOptions o = parse(app.arguments().mid(1));
+    const QStringList args = app.arguments().mid(1);
+    // The language first, so that even a mistake on the line is told in it.
+    loadTranslations(parse(args).language);
+    const StationOptions o = parse(args);
     if (o.help || o.version) {
         if (o.help)
-            std::fputs(Usage, stdout);
+            std::fputs(QCoreApplication::translate("Station", Usage).toLocal8Bit().constData(),
+                       stdout);
         else
             std::printf("dnc-station (%s) %d.%d.%d\n", AppTitle, AppMajor, AppMinor, AppRevision);
         return 0;
@@ -112,7 +120,7 @@ int main(int argc, char *argv[]) {
     };
     StationSettings settings;
     if (const QString why = readAll(settings); !why.isEmpty()) {
-        log(QStringLiteral("cannot serve section [%1] of %2: %3")
+        log(QCoreApplication::translate("Station", "cannot serve section [%1] of %2: %3")
                 .arg(g.ConfigSection, g.iniPath, why));
         return 8;
     }

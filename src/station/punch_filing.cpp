@@ -2,6 +2,7 @@
 
 #include "punch.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryFile>
@@ -66,6 +67,6 @@ FiledPunch filePunch(const QString &folder, const QByteArray &punch, const QDate
             return result;
         }
     }
-    result.error = QStringLiteral("no free name beside %1").arg(name);
+    result.error = QCoreApplication::translate("Station", "no free name beside %1").arg(name);
     return result;
 }

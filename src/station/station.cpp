@@ -21,11 +21,12 @@ namespace {
 
 QString cutText(const Punch &p, bool ending) {
     if (!p.portFailure.isEmpty())
-        return QStringLiteral(", cut short: the device went away");
+        return QCoreApplication::translate("Station", ", cut short: the device went away");
     if (p.cutBySilence)
-        return QStringLiteral(", cut short: the control fell silent before its closing %");
+        return QCoreApplication::translate(
+            "Station", ", cut short: the control fell silent before its closing %");
     if (ending && !p.complete)
-        return QStringLiteral(", cut short: the station was stopped");
+        return QCoreApplication::translate("Station", ", cut short: the station was stopped");
     return {};
 }
 
@@ -41,7 +42,8 @@ int Station::run() {
     const OperationState::Run life(m_l.state);
     // Listening is being ready: DTR tells the control so from the first opening on.
     m_comm.setDTREnable(true);
-    m_log(QStringLiteral("serving %1: programs from %2, punches filed in %3, requests %4")
+    m_log(QCoreApplication::translate(
+              "Station", "serving %1: programs from %2, punches filed in %3, requests %4")
               .arg(m_l.g.ComSettings, m_s.programDir, m_s.receiveDir,
                    QString::fromLatin1(m_s.requestNumber)));
     while (!m_l.state.ending()) {
@@ -53,9 +55,11 @@ int Station::run() {
             const QString why = m_readAgain(fresh);
             if (why.isEmpty()) {
                 m_s = fresh;
-                m_log(QStringLiteral("settings read again: %1").arg(m_l.g.ComSettings));
+                m_log(QCoreApplication::translate("Station", "settings read again: %1")
+                          .arg(m_l.g.ComSettings));
             } else {
-                m_log(QStringLiteral("settings read again, not used: %1").arg(why));
+                m_log(QCoreApplication::translate("Station", "settings read again, not used: %1")
+                          .arg(why));
             }
         }
         if (!m_comm.portOpen() && !openPort()) {
@@ -65,7 +69,8 @@ int Station::run() {
         const Punch punch = m_reader.read(m_l, -1, m_s.punchSilenceMs, [this] { return m_reload; });
         const QDateTime arrival = QDateTime::currentDateTimeUtc();
         if (m_reader.ignored() > 0)
-            m_log(QStringLiteral("%1 characters before any %% ignored").arg(m_reader.ignored()));
+            m_log(QCoreApplication::translate("Station", "%1 characters before any %% ignored")
+                      .arg(m_reader.ignored()));
         if (!punch.bytes.isEmpty())
             handle(punch, arrival);
         if (!punch.portFailure.isEmpty())
@@ -84,21 +89,26 @@ bool Station::openPort() {
         PortOwner other;
         if (!m_claim.claim(m_comm.devicePath(), m_l.g.ConfigSection, &other))
             throw CommError{m_comm.deviceName(),
-                            QStringLiteral("%1 serves it already").arg(stationText(other))};
+                            QCoreApplication::translate("Station", "%1 serves it already")
+                                .arg(stationText(other))};
         m_comm.setPortOpen(true);
     } catch (const CommError &e) {
-        const QString text = QStringLiteral("%1: %2").arg(e.device, e.reason);
+        const QString text =
+            QCoreApplication::translate("Station", "%1: %2").arg(e.device, e.reason);
         if (text != m_lastOpenError)
-            m_log(QStringLiteral("%1; trying again every %2 s").arg(text).arg(RetryOpenMs / 1000));
+            m_log(QCoreApplication::translate("Station", "%1; trying again every %2 s")
+                      .arg(text)
+                      .arg(RetryOpenMs / 1000));
         m_lastOpenError = text;
         m_lost = true;
         return false;
     }
     // Opened again after each answer: only a change is worth a line.
     if (m_lost)
-        m_log(QStringLiteral("%1 is back: listening").arg(m_comm.deviceName()));
+        m_log(QCoreApplication::translate("Station", "%1 is back: listening")
+                  .arg(m_comm.deviceName()));
     else if (!m_listened)
-        m_log(QStringLiteral("listening on %1").arg(m_comm.deviceName()));
+        m_log(QCoreApplication::translate("Station", "listening on %1").arg(m_comm.deviceName()));
     m_lost = false;
     m_listened = true;
     m_lastOpenError.clear();
@@ -111,7 +121,8 @@ void Station::portLost(const QString &why) {
     } catch (const CommError &) {
         // Gone already; closed is all that is needed.
     }
-    m_log(QStringLiteral("device lost: %1; waiting for it to come back").arg(why));
+    m_log(QCoreApplication::translate("Station", "device lost: %1; waiting for it to come back")
+              .arg(why));
     m_lastOpenError.clear();
     m_lost = true;
 }
@@ -127,11 +138,11 @@ void Station::handle(const Punch &punch, const QDateTime &arrival) {
 void Station::file(const Punch &punch, const QDateTime &arrival) {
     const FiledPunch filed = filePunch(m_s.receiveDir, punch.bytes, arrival);
     if (filed.path.isEmpty())
-        m_log(QStringLiteral("punch of %1 characters NOT filed in %2: %3")
+        m_log(QCoreApplication::translate("Station", "punch of %1 characters NOT filed in %2: %3")
                   .arg(punch.bytes.size())
                   .arg(m_s.receiveDir, filed.error));
     else
-        m_log(QStringLiteral("punch filed: %1, %2 characters, %3 lines%4")
+        m_log(QCoreApplication::translate("Station", "punch filed: %1, %2 characters, %3 lines%4")
                   .arg(filed.path)
                   .arg(punch.bytes.size())
                   .arg(punch.lines)
@@ -152,20 +163,23 @@ void Station::serve(const ProgramRequest &request) {
     else if (why.isEmpty() && start->partWay())
         why = surveyNcFile(path, MaxLineBytes, *start).missing;
     if (!why.isEmpty()) {
-        m_log(QStringLiteral("request for \"%1\" refused: %2")
+        m_log(QCoreApplication::translate("Station", "request for \"%1\" refused: %2")
                   .arg(request.name, QString::fromLatin1(why)));
         path = replyDir.filePath(QString::fromLatin1(m_s.replyNumber) + QStringLiteral(".tap"));
         QFile reply(path);
         if (!reply.open(QIODevice::WriteOnly) ||
             reply.write(replyProgram(m_s.replyNumber, request.name, why)) < 0) {
-            m_log(QStringLiteral("no reply sent: %1").arg(reply.errorString()));
+            m_log(QCoreApplication::translate("Station", "no reply sent: %1")
+                      .arg(reply.errorString()));
             return;
         }
     } else {
-        m_log(QStringLiteral("request for \"%1\"%2: %3")
-                  .arg(request.name,
-                       start->partWay() ? QStringLiteral(" from ") + start->text() : QString(),
-                       path));
+        if (start->partWay())
+            m_log(QCoreApplication::translate("Station", "request for \"%1\" from %2: %3")
+                      .arg(request.name, start->text(), path));
+        else
+            m_log(QCoreApplication::translate("Station", "request for \"%1\": %2")
+                      .arg(request.name, path));
     }
     // Time for the operator to switch the control to read.
     pause(m_s.requestDelayMs);
@@ -188,7 +202,7 @@ void Station::send(const QString &path, bool countTools) {
     SendData(m_l, path);
     m_l.toolList = counter;
     const OutcomeRecord &r = m_l.outcome;
-    m_log(QStringLiteral("answer %1: %2, %3 characters, %4 lines in %5 s%6")
+    m_log(QCoreApplication::translate("Station", "answer %1: %2, %3 characters, %4 lines in %5 s%6")
               .arg(outcomeWord(r.kind), QDir::toNativeSeparators(path))
               .arg(r.bytes)
               .arg(r.lines)

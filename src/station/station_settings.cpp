@@ -4,6 +4,7 @@
 #include "punch.h"
 #include "transfer.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 
@@ -18,12 +19,12 @@ int secondsMs(const QString &text, int fallback, double most) {
 
 QString folderProblem(const QString &key, const QString &path, bool writable) {
     if (path.isEmpty())
-        return QStringLiteral("%1 is not set").arg(key);
+        return QCoreApplication::translate("Station", "%1 is not set").arg(key);
     const QFileInfo info(path);
     if (!info.isDir())
-        return QStringLiteral("%1=%2 is no folder").arg(key, path);
+        return QCoreApplication::translate("Station", "%1=%2 is no folder").arg(key, path);
     if (writable && !info.isWritable())
-        return QStringLiteral("%1=%2 cannot be written").arg(key, path);
+        return QCoreApplication::translate("Station", "%1=%2 cannot be written").arg(key, path);
     return {};
 }
 
@@ -34,8 +35,9 @@ QString readStationSettings(const Globals &g, StationSettings &s) {
         return GetProfile(g, g.ConfigSection, QLatin1String(key)).trimmed();
     };
     if (g.CncType != CncXonXoff)
-        return QStringLiteral("a station serves a control \"XonXoff\" only: a control \"303\" or "
-                              "\"504\" sends a program only when the PC asks for it");
+        return QCoreApplication::translate(
+            "Station", "a station serves a control \"XonXoff\" only: a control \"303\" or "
+                       "\"504\" sends a program only when the PC asks for it");
     s.programDir = get("ProgramDir");
     s.receiveDir = get("ReceiveDir");
     for (const QString &why : {folderProblem(QStringLiteral("ProgramDir"), s.programDir, false),
@@ -48,12 +50,14 @@ QString readStationSettings(const Globals &g, StationSettings &s) {
         if (text.isEmpty())
             continue;
         if (programNumberOf(text) != text)
-            return QStringLiteral("%1=%2 is no program number (O and digits)")
+            return QCoreApplication::translate("Station",
+                                               "%1=%2 is no program number (O and digits)")
                 .arg(QLatin1String(key), QString::fromLatin1(text));
         *number = text;
     }
     if (sameProgramNumber(s.requestNumber, s.replyNumber))
-        return QStringLiteral("RequestNumber and ReplyNumber are the same program");
+        return QCoreApplication::translate("Station",
+                                           "RequestNumber and ReplyNumber are the same program");
     s.requestDelayMs = secondsMs(get("RequestDelay"), 3000, 600);
     s.punchSilenceMs = punchSilenceMs(g);
     return {};

@@ -2,6 +2,7 @@
 
 #include "number_text.h"
 
+#include <QCoreApplication>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <optional>
@@ -10,28 +11,32 @@ namespace {
 
 QString failedText(const QString &name, const ToolDbConnection &connection,
                    const QSqlError &error) {
-    return QStringLiteral("The tool \"%1\" cannot be counted: %2")
+    return QCoreApplication::translate("ToolList", "The tool \"%1\" cannot be counted: %2")
         .arg(name, connection.errorText(error));
 }
 
 QString busyText(const QString &name, const ToolDbConnection &connection) {
-    return QStringLiteral("The tool \"%1\" and those after it in this program were not counted: "
-                          "the tool database %2 is busy (another station or program holds it "
-                          "locked) and stayed so for %3, the longest this program waits.")
+    return QCoreApplication::translate(
+               "ToolList", "The tool \"%1\" and those after it in this program were not counted: "
+                           "the tool database %2 is busy (another station or program holds it "
+                           "locked) and stayed so for %3, the longest this program waits.")
         .arg(name, connection.displayName(), waitText(connection.busyTimeoutMs()));
 }
 
 // util read as a 16-bit integer; a reason when it cannot be.
 std::optional<qint16> utilOf(const QVariant &value, const QString &name, QString &why) {
     if (value.isNull()) {
-        why = QStringLiteral("The tool \"%1\" has no count (util is empty).").arg(name);
+        why =
+            QCoreApplication::translate("ToolList", "The tool \"%1\" has no count (util is empty).")
+                .arg(name);
         return std::nullopt;
     }
     bool ok = false;
     const double number = value.toDouble(&ok);
     const std::optional<qint16> util = ok ? roundToInt16(number) : std::nullopt;
     if (!util)
-        why = QStringLiteral("The count of the tool \"%1\" is not a 16-bit integer: %2")
+        why = QCoreApplication::translate(
+                  "ToolList", "The count of the tool \"%1\" is not a 16-bit integer: %2")
                   .arg(name, value.toString());
     return util;
 }
@@ -87,7 +92,9 @@ QString countOne(CountQueries &q, const ToolDialect &sql, const QString &name, c
     if (!util)
         return why;
     if (*util == 32767)
-        return QStringLiteral("The count of the tool \"%1\" is at its highest, 32767.").arg(name);
+        return QCoreApplication::translate("ToolList",
+                                           "The count of the tool \"%1\" is at its highest, 32767.")
+            .arg(name);
     q.update.bindValue(0, name);
     q.update.bindValue(1, int(*util) + 1);
     q.update.bindValue(2, date);
@@ -115,8 +122,9 @@ ToolCount countTools(const ToolDbConnection &connection, const QStringList &name
         // program's head, and the operator is told which line to mend.
         if (name.contains(QLatin1Char('"'))) {
             result.failure =
-                QStringLiteral("The tool name \"%1\" holds a double quote (\"), which a tool "
-                               "name may not hold.")
+                QCoreApplication::translate(
+                    "ToolList", "The tool name \"%1\" holds a double quote (\"), which a tool "
+                                "name may not hold.")
                     .arg(name);
             return result;
         }

@@ -1,6 +1,7 @@
 #include "tool_db.h"
 
 #include <QAtomicInt>
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -61,11 +62,14 @@ void ToolDbConnection::openSqlite() {
     // A relative path is taken against the current folder of the moment.
     const QFileInfo info(m_target);
     if (m_target.isEmpty() || !info.exists()) {
-        m_error = QStringLiteral("The tool database \"%1\" does not exist.").arg(m_target);
+        m_error =
+            QCoreApplication::translate("ToolList", "The tool database \"%1\" does not exist.")
+                .arg(m_target);
         return;
     }
     if (!info.isFile()) {
-        m_error = QStringLiteral("The tool database \"%1\" is not a file.").arg(m_target);
+        m_error = QCoreApplication::translate("ToolList", "The tool database \"%1\" is not a file.")
+                      .arg(m_target);
         return;
     }
     QSqlDatabase db = QSqlDatabase::contains(m_name)
@@ -78,14 +82,16 @@ void ToolDbConnection::openSqlite() {
     db.setConnectOptions(
         QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1").arg(m_busyTimeoutMs));
     if (!db.open())
-        m_error = QStringLiteral("The tool database \"%1\" cannot be opened: %2")
-                      .arg(m_target, errorText(db.lastError()));
+        m_error =
+            QCoreApplication::translate("ToolList", "The tool database \"%1\" cannot be opened: %2")
+                .arg(m_target, errorText(db.lastError()));
 }
 
 void ToolDbConnection::openPostgres() {
     const QUrl url(m_target, QUrl::StrictMode);
     if (!url.isValid()) {
-        m_error = QStringLiteral("The tool database %1 is no valid PostgreSQL URI: %2.")
+        m_error = QCoreApplication::translate(
+                      "ToolList", "The tool database %1 is no valid PostgreSQL URI: %2.")
                       .arg(displayName(), toolDbSafeText(url.errorString(), m_target));
         return;
     }
@@ -93,8 +99,9 @@ void ToolDbConnection::openPostgres() {
                           ? QSqlDatabase::database(m_name, false)
                           : QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), m_name);
     if (!db.isValid()) {
-        m_error = QStringLiteral("The tool database %1 cannot be used: Qt's PostgreSQL driver "
-                                 "(QPSQL, package libqt6sql6-psql) is not installed.")
+        m_error = QCoreApplication::translate(
+                      "ToolList", "The tool database %1 cannot be used: Qt's PostgreSQL driver "
+                                  "(QPSQL, package libqt6sql6-psql) is not installed.")
                       .arg(displayName());
         return;
     }
@@ -129,8 +136,9 @@ void ToolDbConnection::openPostgres() {
                                  QStringLiteral("-c lock_timeout=%1").arg(m_busyTimeoutMs));
     db.setConnectOptions(options.join(QLatin1Char(';')));
     if (!db.open())
-        m_error = QStringLiteral("The tool database %1 cannot be opened: %2")
-                      .arg(displayName(), errorText(db.lastError()));
+        m_error =
+            QCoreApplication::translate("ToolList", "The tool database %1 cannot be opened: %2")
+                .arg(displayName(), errorText(db.lastError()));
 }
 
 QString waitText(int ms) {
@@ -150,8 +158,9 @@ ToolDbProblem diagnoseToolDatabase(const QString &name, int busyTimeoutMs) {
         return {connection.error(), server};
     const auto busy = [&] {
         return ToolDbProblem{
-            QStringLiteral("The tool database %1 is busy: another station or program holds it "
-                           "locked, and it stayed so for %2.")
+            QCoreApplication::translate(
+                "ToolList", "The tool database %1 is busy: another station or program holds it "
+                            "locked, and it stayed so for %2.")
                 .arg(shown, waitText(busyTimeoutMs)),
             true};
     };
@@ -160,29 +169,33 @@ ToolDbProblem diagnoseToolDatabase(const QString &name, int busyTimeoutMs) {
     if (!query.exec(sql.tableQuery())) {
         if (sql.isBusy(query.lastError()))
             return busy();
-        return {QStringLiteral("%1 is not a usable %2 database: %3")
+        return {QCoreApplication::translate("ToolList", "%1 is not a usable %2 database: %3")
                     .arg(shown, server ? QStringLiteral("PostgreSQL") : QStringLiteral("SQLite"),
                          connection.errorText(query.lastError())),
                 server};
     }
     if (!query.next())
-        return {QStringLiteral("The database %1 holds no table tool_list.").arg(shown)};
+        return {QCoreApplication::translate("ToolList", "The database %1 holds no table tool_list.")
+                    .arg(shown)};
     QStringList missing = sql.fields();
     if (!query.exec(sql.fieldsQuery()))
-        return {QStringLiteral("The table tool_list of %1 cannot be read: %2")
-                    .arg(shown, connection.errorText(query.lastError()))};
+        return {
+            QCoreApplication::translate("ToolList", "The table tool_list of %1 cannot be read: %2")
+                .arg(shown, connection.errorText(query.lastError()))};
     while (query.next()) {
         const QString field = query.value(0).toString();
         missing.removeIf([&](const QString &m) { return m.compare(field, sql.fieldCase()) == 0; });
     }
     if (!missing.isEmpty())
-        return {QStringLiteral("The table tool_list of %1 lacks the field(s) %2.")
+        return {QCoreApplication::translate("ToolList",
+                                            "The table tool_list of %1 lacks the field(s) %2.")
                     .arg(shown, missing.join(QStringLiteral(", ")))};
     if (!query.exec(QStringLiteral("SELECT * FROM tool_list LIMIT 1"))) {
         if (sql.isBusy(query.lastError()))
             return busy();
-        return {QStringLiteral("The table tool_list of %1 cannot be read: %2")
-                    .arg(shown, connection.errorText(query.lastError()))};
+        return {
+            QCoreApplication::translate("ToolList", "The table tool_list of %1 cannot be read: %2")
+                .arg(shown, connection.errorText(query.lastError()))};
     }
     return {};
 }
@@ -197,10 +210,12 @@ ToolDbStart startToolDatabase(const QString &name, int busyTimeoutMs) {
         return {};
     if (problem.passing)
         return {true, false,
-                problem.text + QStringLiteral(" Until it can be used, tools are not counted and "
-                                              "the tool list is not shown; every send tries "
-                                              "again, and counting comes back by itself.")};
+                problem.text + QCoreApplication::translate(
+                                   "ToolList", " Until it can be used, tools are not counted and "
+                                               "the tool list is not shown; every send tries "
+                                               "again, and counting comes back by itself.")};
     return {false, false,
-            problem.text + QStringLiteral(" Tools are not counted and the tool list is not shown "
-                                          "until the program is started again.")};
+            problem.text + QCoreApplication::translate(
+                               "ToolList", " Tools are not counted and the tool list is not shown "
+                                           "until the program is started again.")};
 }

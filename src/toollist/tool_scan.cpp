@@ -4,6 +4,7 @@
 #include "regular_file.h"
 
 #include <QBuffer>
+#include <QCoreApplication>
 #include <QFileDevice>
 #include <algorithm>
 
@@ -63,7 +64,8 @@ ToolScan scanToolLines(QIODevice &file, const std::array<QString, 11> &LimitStri
     for (LineRead read; (read = readNcLine(file, raw, maxLine)) != LineRead::End;) {
         ++lineNumber;
         if (read == LineRead::TooLong) {
-            scan.failure = QStringLiteral("The head of the program was not read to its end: %1.")
+            scan.failure = QCoreApplication::translate(
+                               "ToolList", "The head of the program was not read to its end: %1.")
                                .arg(lineTooLong(lineNumber, maxLine));
             return scan;
         }
@@ -82,8 +84,9 @@ ToolScan scanToolLines(QIODevice &file, const std::array<QString, 11> &LimitStri
 
         const std::optional<qint16> number = roundToInt16(numberOf(fromT.mid(1)));
         if (!number) {
-            scan.failure =
-                QStringLiteral("The tool number in the line \"%1\" is out of range.").arg(line);
+            scan.failure = QCoreApplication::translate(
+                               "ToolList", "The tool number in the line \"%1\" is out of range.")
+                               .arg(line);
             return scan;
         }
         if (*number <= 0)
@@ -92,7 +95,9 @@ ToolScan scanToolLines(QIODevice &file, const std::array<QString, 11> &LimitStri
         const qsizetype blank = fromT.indexOf(QLatin1Char(' '));
         if (blank < 0) {
             scan.failure =
-                QStringLiteral("The tool line \"%1\" has no tool name after its number.").arg(line);
+                QCoreApplication::translate(
+                    "ToolList", "The tool line \"%1\" has no tool name after its number.")
+                    .arg(line);
             return scan;
         }
         qsizetype start = blank;

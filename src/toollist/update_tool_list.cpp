@@ -4,6 +4,7 @@
 #include "tool_db.h"
 #include "tool_scan.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QObject>
 #include <atomic>
@@ -24,7 +25,7 @@ QString countProgram(const QString &database, const QString &file,
         return connection.error();
     QFile nc(file);
     if (!nc.open(QIODevice::ReadOnly))
-        return QStringLiteral("%1: %2").arg(file, nc.errorString());
+        return QCoreApplication::translate("ToolList", "%1: %2").arg(file, nc.errorString());
     const ToolScan scan = scanToolLines(nc, limits, limitCount);
     nc.close();
     // The names ahead of a bad line are counted: each count stands on its own.
@@ -70,8 +71,9 @@ void ToolListUpdater::UpdateToolList(const QString &file) {
                 noticed = true;
                 lock.unlock();
                 m_screen.setLabel1Caption(
-                    QStringLiteral("The tool database is busy with another station or program: "
-                                   "waiting up to %1 for it.")
+                    QCoreApplication::translate(
+                        "ToolList", "The tool database is busy with another station or program: "
+                                    "waiting up to %1 for it.")
                         .arg(waitText(m_busyTimeoutMs)));
                 m_screen.setLabel1Visible(true);
                 lock.lock();

@@ -2,6 +2,7 @@
 
 #include "regular_file.h"
 
+#include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QFile>
 
@@ -46,23 +47,26 @@ public:
         if (!m_startFound) {
             switch (m_start.kind) {
             case StartKind::Line:
-                m_s.error = QStringLiteral("it has only %1 lines, no line %2")
+                m_s.error = QCoreApplication::translate("File", "it has only %1 lines, no line %2")
                                 .arg(lines)
                                 .arg(m_start.number);
                 m_s.missing = "NO LINE " + QByteArray::number(m_start.number);
                 break;
             case StartKind::Block:
-                m_s.error = QStringLiteral("no line of it is block N%1").arg(m_start.number);
+                m_s.error = QCoreApplication::translate("File", "no line of it is block N%1")
+                                .arg(m_start.number);
                 m_s.missing = "NO BLOCK N" + QByteArray::number(m_start.number);
                 break;
             default:
-                m_s.error = QStringLiteral("no line of it calls tool %1").arg(m_start.number);
+                m_s.error = QCoreApplication::translate("File", "no line of it calls tool %1")
+                                .arg(m_start.number);
                 m_s.missing = "NO TOOL " + QByteArray::number(m_start.number);
                 break;
             }
         } else if (m_s.startLine <= m_s.headLines) {
-            m_s.error = QStringLiteral("%1 is line %2, inside the program's head (its first %3 "
-                                       "lines, which go first anyway)")
+            m_s.error = QCoreApplication::translate(
+                            "File", "%1 is line %2, inside the program's head (its first %3 "
+                                    "lines, which go first anyway)")
                             .arg(m_start.text())
                             .arg(m_s.startLine)
                             .arg(m_s.headLines);

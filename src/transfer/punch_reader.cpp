@@ -1,5 +1,7 @@
 #include "punch_reader.h"
 
+#include <QCoreApplication>
+
 #include "comm.h"
 #include "wire_chars.h"
 
@@ -120,7 +122,7 @@ Punch PunchReader::read(Link &l, int waitMs, int silenceMs,
             l.yield.DoEvents();
         }
     } catch (const CommError &e) {
-        p.portFailure = QStringLiteral("%1: %2").arg(e.device, e.reason);
+        p.portFailure = QCoreApplication::translate("Port", "%1: %2").arg(e.device, e.reason);
     }
     l.timer.setEnabled(false);
     m_ignored += m_line.size();

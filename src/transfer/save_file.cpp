@@ -3,6 +3,7 @@
 #include "settings_keys.h"
 #include "transfer.h"
 
+#include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDir>
 #include <QSaveFile>
@@ -52,7 +53,8 @@ void SaveFile(Link &l, const QByteArray &buffer) {
     }
     if (!why.isEmpty()) {
         // The program still stands in Text1, so nothing is lost but this attempt.
-        const QString text = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), why);
+        const QString text =
+            QCoreApplication::translate("File", "%1: %2").arg(QDir::toNativeSeparators(path), why);
         l.outcome.fail(OutcomeKind::FileFailure, text);
         l.screen.msgBox(text, BoxIcon::Critical, QString());
         return;

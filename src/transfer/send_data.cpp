@@ -5,6 +5,8 @@
 #include "transfer.h"
 #include "wire_chars.h"
 
+#include <QCoreApplication>
+
 #include <cmath>
 #include <future>
 #include <utility>
@@ -120,7 +122,8 @@ void SendData(Link &l, const QString &FileName) {
     // neither is counted nor sent.
     if (const QString why = notRegularReason(FileName); !why.isEmpty()) {
         const QString text =
-            QStringLiteral("%1 %2: only a regular file can be sent.").arg(FileName, why);
+            QCoreApplication::translate("File", "%1 %2: only a regular file can be sent.")
+                .arg(FileName, why);
         l.outcome.fail(OutcomeKind::FileFailure, text);
         l.screen.msgBox(text, BoxIcon::Critical, QString());
         return;
@@ -143,8 +146,8 @@ void SendData(Link &l, const QString &FileName) {
     // and stored what came under its name: such a file is refused while nothing has gone out.
     const NcFileSurvey survey = surveyNcFile(FileName, MaxLineBytes, start);
     if (!survey.error.isEmpty()) {
-        const QString text =
-            QStringLiteral("%1: %2. Nothing was sent.").arg(FileName, survey.error);
+        const QString text = QCoreApplication::translate("File", "%1: %2. Nothing was sent.")
+                                 .arg(FileName, survey.error);
         l.outcome.fail(OutcomeKind::FileFailure, text);
         l.screen.msgBox(text, BoxIcon::Critical, QString());
         return;
@@ -160,7 +163,8 @@ void SendData(Link &l, const QString &FileName) {
         if (!file.open()) {
             l.screen.setMousePointer(DefaultPointer);
             l.screen.setLabel1Visible(false);
-            const QString text = QStringLiteral("%1: %2").arg(FileName, file.errorString());
+            const QString text =
+                QCoreApplication::translate("File", "%1: %2").arg(FileName, file.errorString());
             l.outcome.fail(OutcomeKind::FileFailure, text);
             l.screen.msgBox(text, BoxIcon::Critical, QString());
             return;
@@ -186,8 +190,9 @@ void SendData(Link &l, const QString &FileName) {
         l.screen.setLabel1Visible(false);
         l.screen.setMousePointer(DefaultPointer);
         if (file.failed()) {
-            const QString text = QStringLiteral("%1: %2. The lines before it were sent, the rest "
-                                                "of the file was not.")
+            const QString text = QCoreApplication::translate(
+                                     "File", "%1: %2. The lines before it were sent, the rest "
+                                             "of the file was not.")
                                      .arg(FileName, file.errorString());
             l.outcome.fail(OutcomeKind::FileFailure, text);
             l.screen.msgBox(text, BoxIcon::Critical, QString());

@@ -1,5 +1,6 @@
-// The companion's own pieces, each on its own: its command line, the settings with the line
-// overrides, the exit status of an outcome, the progress line, and the choice by name.
+// The companion's own pieces, each on its own: its command line and the language it chooses,
+// the settings with the line overrides, the exit status of an outcome, the progress line, and the
+// choice by name.
 #include "console_screen.h"
 #include "ctl_options.h"
 #include "ctl_outcome.h"
@@ -52,6 +53,41 @@ private slots:
         QVERIFY2(p.error.isEmpty(), qPrintable(p.error));
         QTEST(p.options.command, "command");
         QTEST(p.options.args, "rest");
+    }
+
+    // -c among the options, else the first of LC_ALL, LC_MESSAGES and LANG that is set.
+    void language_data() {
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<QStringList>("env"); // LC_ALL, LC_MESSAGES, LANG; empty: unset
+        QTest::addColumn<int>("language");
+        const QStringList none{"", "", ""};
+        QTest::newRow("-c before the environment")
+            << QStringList{"-q", "-c", "049", "list"} << QStringList{"", "", "fr_FR.UTF-8"} << 3;
+        QTest::newRow("LANG") << QStringList{"list"} << QStringList{"", "", "de_DE.UTF-8"} << 3;
+        QTest::newRow("LC_MESSAGES before LANG")
+            << QStringList{"list"} << QStringList{"", "fr_CH", "de_DE.UTF-8"} << 2;
+        QTest::newRow("LC_ALL before all")
+            << QStringList{"list"} << QStringList{"C", "fr_FR", "de_DE"} << 1;
+        QTest::newRow("nothing set") << QStringList{"list"} << none << 1;
+        QTest::newRow("-c as the value of -s")
+            << QStringList{"-s", "-c", "033", "list"} << QStringList{"", "", "de_DE"} << 3;
+        QTest::newRow("-c behind the command") << QStringList{"list", "-c", "033"} << none << 1;
+    }
+    void language() {
+        QFETCH(QStringList, args);
+        QFETCH(QStringList, env);
+        QFETCH(int, language);
+        const char *const names[] = {"LC_ALL", "LC_MESSAGES", "LANG"};
+        QList<QByteArray> before;
+        for (int i = 0; i < 3; ++i) {
+            before << qgetenv(names[i]);
+            env[i].isEmpty() ? qunsetenv(names[i]) : qputenv(names[i], env[i].toUtf8());
+        }
+        const int early = ctlLanguage(args), parsed = parseCtlArguments(args).options.language;
+        for (int i = 0; i < 3; ++i)
+            before[i].isNull() ? qunsetenv(names[i]) : qputenv(names[i], before[i]);
+        QCOMPARE(early, language);
+        QCOMPARE(parsed, language);
     }
 
     void overrides_data() {

@@ -9,6 +9,7 @@
 #include <QTest>
 
 #include <csignal>
+#include <sys/stat.h>
 
 namespace {
 
@@ -26,6 +27,7 @@ public:
         writeFile(path("-part.tap"), "N1\r\n");
         writeFile(path("BLANK.tap"), "N1\r\n\r\nN2\r\nN3\r\n");
         writeFile(path("LF.tap"), "N1\nN2\n");
+        ::mkfifo(QFile::encodeName(path("FIFO.tap")).constData(), 0600);
         if (!writeFile(stored("A1.NC"), "N1 G0 X0\rN2 M30\r") ||
             !writeFile(stored("B 2.NC"), "N1\r") ||
             !vc.start(QStringList{"--type", type, "--dir", m_store.path(), "--end-gap", "200"} +
@@ -144,6 +146,12 @@ private slots:
             {}, {}, "Port=COM0: in section [Zero]");
         row("--port naming no device", "303", {"--port", "/dev/ttyDNCNONE", "list"}, {}, 4, {}, {},
             {}, "there is no such device");
+        // The faults an operator meets first, in the language of -c, naming the port or file.
+        row("--port naming no device, in German", "303",
+            {"-c", "049", "--port", "/dev/ttyDNCNONE", "list"}, {}, 4, {}, {}, {},
+            "COM1: (/dev/ttyDNCNONE): kann nicht geöffnet werden: dieses Gerät gibt es nicht.");
+        row("a FIFO to send, in German", "303", {"-c", "049", "send", "FIFO.tap"}, {}, 5, {}, {},
+            {}, "dncctl: FIFO.tap: keine normale Datei\n");
     }
     void commands() {
         QFETCH(QString, type);

@@ -72,7 +72,7 @@ private slots:
         if (big) // a 10 MB line at the line's speed: the fastest a pseudo-terminal is set to
             r.g.ComSettings = QStringLiteral("COM1:4000000,N,8,1");
         r.g.WaitXon = fault == u"close at 0";
-        r.g.TextTable[TimeoutMessage * 5 + 1] = Timeout;
+        r.g.TextTable[textIndex(TimeoutMessage, 1)] = Timeout;
         Trigger trigger;
         if (const QString why = armFault(trigger, fault, vc, link, [&] { r.state.requestEnd(); });
             !why.isEmpty())

@@ -26,7 +26,7 @@ struct Run : ToolListHook {
         f.g.CncType = qint16(type);
         f.g.ToolDbEnabled = true;
         f.g.iniPath = dir.filePath(QStringLiteral("dnc.ini"));
-        f.g.TextTable[TimeoutMessage * 5 + 1] = Timeout;
+        f.g.TextTable[textIndex(TimeoutMessage, 1)] = Timeout;
         f.timer.ms = 2000; // as start-up leaves it for "504"
         f.link.toolList = this;
         writeFile(path, content);

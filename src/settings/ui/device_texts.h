@@ -1,12 +1,12 @@
 #pragma once
-// The setup dialog's texts about the port's device, in the languages of the text table.
+// The setup dialog's texts about the port's device, in the language of the loaded translations.
 
 #include <QString>
 
 enum class DeviceText {
     DeviceOf,      // "Device of COM1:"
     DefaultDevice, // the entry for no choice
-    Absent,        // beside a chosen device that is not there
+    Absent,        // a chosen device that is not there: "absent: %1"
     Description,
     Maker,
     SerialNumber,
@@ -19,5 +19,4 @@ enum class DeviceText {
     ServerNotAsked, // "Look again" asks
 };
 
-// `language` as Language: 1 English, 2 French, 3 German, 4 English.
-QString deviceText(int language, DeviceText text);
+QString deviceText(DeviceText text);

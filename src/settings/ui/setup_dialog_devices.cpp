@@ -5,6 +5,7 @@
 #include "setup_dialog.h"
 
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
@@ -51,7 +52,7 @@ void SetupDialog::createDeviceControls() {
     DeviceInfo->setWordWrap(true);
     DeviceInfo->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     DeviceInfo->setTextFormat(Qt::PlainText);
-    DeviceRefresh = new QPushButton(deviceText(m_g.Language, DeviceText::Refresh), this);
+    DeviceRefresh = new QPushButton(deviceText(DeviceText::Refresh), this);
     DeviceRefresh->setObjectName(QStringLiteral("DeviceRefresh"));
 
     connect(Combo[0], &QComboBox::currentIndexChanged, this, [this] { showDevices(); });
@@ -102,21 +103,19 @@ void SetupDialog::askServer(const QString &name, const NetDevice &device) {
         m_probe->deleteLater();
     m_probe = new QTcpSocket(this);
     QTcpSocket *const probe = m_probe;
-    connect(probe, &QTcpSocket::connected, this, [this, probe] {
-        serverAnswered(probe, deviceText(m_g.Language, DeviceText::ServerAnswers));
-    });
+    connect(probe, &QTcpSocket::connected, this,
+            [this, probe] { serverAnswered(probe, deviceText(DeviceText::ServerAnswers)); });
     connect(probe, &QTcpSocket::errorOccurred, this, [this, probe] {
-        serverAnswered(
-            probe, deviceText(m_g.Language, DeviceText::ServerSilent).arg(probe->errorString()));
+        serverAnswered(probe, deviceText(DeviceText::ServerSilent).arg(probe->errorString()));
     });
     QTimer::singleShot(ServerAnswerMs, probe, [this, probe] {
-        serverAnswered(probe, deviceText(m_g.Language, DeviceText::ServerSilent)
+        serverAnswered(probe, deviceText(DeviceText::ServerSilent)
                                   .arg(QStringLiteral("%1 s").arg(ServerAnswerMs / 1000)));
     });
     const QString host = device.host.toLower();
     if (host.endsWith(QLatin1String(".invalid"))) // never resolves; no name server is asked
         QTimer::singleShot(0, probe, [this, probe, device] {
-            serverAnswered(probe, deviceText(m_g.Language, DeviceText::ServerSilent)
+            serverAnswered(probe, deviceText(DeviceText::ServerSilent)
                                       .arg(QStringLiteral("%1: Host not found").arg(device.host)));
         });
     else
@@ -132,7 +131,6 @@ void SetupDialog::serverAnswered(QTcpSocket *probe, const QString &answer) {
 }
 
 void SetupDialog::showDevices() {
-    const int language = m_g.Language;
     const int port = shownPort();
     const QSignalBlocker quiet(DeviceCombo);
     DeviceCombo->clear();
@@ -142,9 +140,8 @@ void SetupDialog::showDevices() {
         return;
     }
     const QString chosen = m_devices[port - 1];
-    DeviceCombo->addItem(
-        deviceText(language, DeviceText::DefaultDevice).arg(comDevicePath(port, QString())),
-        QString());
+    DeviceCombo->addItem(deviceText(DeviceText::DefaultDevice).arg(comDevicePath(port, QString())),
+                         QString());
     DeviceCombo->setItemData(0, -1, PresentIndexRole);
     int current = 0;
     for (int i = 0; i < m_present.size(); ++i) {
@@ -161,10 +158,7 @@ void SetupDialog::showDevices() {
         // Chosen earlier and not found now: kept, and said so.
         const bool there = QFileInfo::exists(chosen) || isNetDeviceName(chosen);
         // The state first: a long path is cut at the list's right edge.
-        DeviceCombo->addItem(
-            there ? chosen
-                  : QStringLiteral("%1: %2").arg(deviceText(language, DeviceText::Absent), chosen),
-            chosen);
+        DeviceCombo->addItem(there ? chosen : deviceText(DeviceText::Absent).arg(chosen), chosen);
         DeviceCombo->setItemData(DeviceCombo->count() - 1, -1, PresentIndexRole);
         current = DeviceCombo->count() - 1;
     }
@@ -181,14 +175,13 @@ void SetupDialog::deviceChosen(int index) {
 }
 
 void SetupDialog::showDeviceInfo() {
-    const int language = m_g.Language;
     const int port = shownPort();
     if (port == 0)
         return;
     const QString com = QStringLiteral("COM%1:").arg(port);
     const QString chosen = m_devices[port - 1];
     const QString path = comDevicePath(port, chosen);
-    QStringList lines{deviceText(language, DeviceText::DeviceOf).arg(com), breakable(path)};
+    QStringList lines{deviceText(DeviceText::DeviceOf).arg(com), breakable(path)};
 
     const int present = DeviceCombo->currentData(PresentIndexRole).toInt();
     const bool listed = present >= 0 && present < m_present.size();
@@ -204,11 +197,12 @@ void SetupDialog::showDeviceInfo() {
                                                         {DeviceText::SerialNumber, d.serialNumber}};
         for (const auto &[what, value] : facts)
             if (!value.trimmed().isEmpty())
-                lines << QStringLiteral("%1: %2").arg(deviceText(language, what), value.trimmed());
+                lines << QCoreApplication::translate("Setup", "%1: %2")
+                             .arg(deviceText(what), value.trimmed());
     }
     if (comDeviceSource(port, chosen) == ComDeviceSource::Environment) {
         lines << QString()
-              << deviceText(language, DeviceText::EnvironmentFirst)
+              << deviceText(DeviceText::EnvironmentFirst)
                      .arg(comEnvironmentVariable(port), breakable(path));
     } else if (isNetDeviceName(path)) {
         QString why;
@@ -216,13 +210,13 @@ void SetupDialog::showDeviceInfo() {
         if (!server)
             lines << QString() << why;
         else if (m_probeFor != path)
-            lines << QString() << deviceText(language, DeviceText::ServerNotAsked);
+            lines << QString() << deviceText(DeviceText::ServerNotAsked);
         else
             lines << QString()
-                  << (m_probeAnswer.isEmpty() ? deviceText(language, DeviceText::ServerAsked)
+                  << (m_probeAnswer.isEmpty() ? deviceText(DeviceText::ServerAsked)
                                               : m_probeAnswer);
     } else if (!listed && !QFileInfo::exists(path)) {
-        lines << QString() << deviceText(language, DeviceText::NotPresent);
+        lines << QString() << deviceText(DeviceText::NotPresent);
     }
     DeviceInfo->setText(lines.join(u'\n'));
 }
