@@ -496,6 +496,50 @@ SIGTERM hält sie an, SIGHUP liest dnc.ini zwischen zwei Übertragungen neu.
         <source>request for &quot;%1&quot; from %2: %3</source>
         <translation>Anforderung von „%1“ ab %2: %3</translation>
     </message>
+    <message>
+        <source>done</source>
+        <translation>fertig</translation>
+    </message>
+    <message>
+        <source>cancelled</source>
+        <translation>abgebrochen</translation>
+    </message>
+    <message>
+        <source>sent, tools not counted</source>
+        <translation>gesendet, Werkzeuge nicht gezählt</translation>
+    </message>
+    <message>
+        <source>timed out</source>
+        <translation>Zeit überschritten</translation>
+    </message>
+    <message>
+        <source>not on the control</source>
+        <translation>nicht in der Steuerung</translation>
+    </message>
+    <message>
+        <source>file failure</source>
+        <translation>Dateifehler</translation>
+    </message>
+    <message>
+        <source>port failure</source>
+        <translation>Schnittstellenfehler</translation>
+    </message>
+    <message>
+        <source>interrupted</source>
+        <translation>unterbrochen</translation>
+    </message>
+    <message>
+        <source>line %1</source>
+        <translation>Zeile %1</translation>
+    </message>
+    <message>
+        <source>block N%1</source>
+        <translation>Satz N%1</translation>
+    </message>
+    <message>
+        <source>tool %1</source>
+        <translation>Werkzeug %1</translation>
+    </message>
 </context>
 <context>
     <name>ToolList</name>

@@ -496,6 +496,50 @@ SIGTERM l&apos;arrête, SIGHUP relit dnc.ini entre deux transferts.
         <source>request for &quot;%1&quot; from %2: %3</source>
         <translation>demande de « %1 » à partir de %2 : %3</translation>
     </message>
+    <message>
+        <source>done</source>
+        <translation>terminé</translation>
+    </message>
+    <message>
+        <source>cancelled</source>
+        <translation>annulé</translation>
+    </message>
+    <message>
+        <source>sent, tools not counted</source>
+        <translation>envoyé, outils non comptés</translation>
+    </message>
+    <message>
+        <source>timed out</source>
+        <translation>délai dépassé</translation>
+    </message>
+    <message>
+        <source>not on the control</source>
+        <translation>absent de la CN</translation>
+    </message>
+    <message>
+        <source>file failure</source>
+        <translation>erreur de fichier</translation>
+    </message>
+    <message>
+        <source>port failure</source>
+        <translation>erreur du port série</translation>
+    </message>
+    <message>
+        <source>interrupted</source>
+        <translation>interrompu</translation>
+    </message>
+    <message>
+        <source>line %1</source>
+        <translation>ligne %1</translation>
+    </message>
+    <message>
+        <source>block N%1</source>
+        <translation>bloc N%1</translation>
+    </message>
+    <message>
+        <source>tool %1</source>
+        <translation>outil %1</translation>
+    </message>
 </context>
 <context>
     <name>ToolList</name>

@@ -30,6 +30,36 @@ QString cutText(const Punch &p, bool ending) {
     return {};
 }
 
+// How a send ended, in the log's language.
+QString outcomeText(OutcomeKind kind) {
+    static const char *const words[] = {
+        QT_TRANSLATE_NOOP("Station", "done"),
+        QT_TRANSLATE_NOOP("Station", "cancelled"),
+        QT_TRANSLATE_NOOP("Station", "sent, tools not counted"),
+        QT_TRANSLATE_NOOP("Station", "timed out"),
+        QT_TRANSLATE_NOOP("Station", "not on the control"),
+        QT_TRANSLATE_NOOP("Station", "file failure"),
+        QT_TRANSLATE_NOOP("Station", "port failure"),
+        QT_TRANSLATE_NOOP("Station", "interrupted"),
+    };
+    return QCoreApplication::translate("Station", words[int(kind)]);
+}
+
+// Where a part-way send starts, in the log's language.
+QString placeText(const StartPoint &start) {
+    switch (start.kind) {
+    case StartKind::Line:
+        return QCoreApplication::translate("Station", "line %1").arg(start.number);
+    case StartKind::Block:
+        return QCoreApplication::translate("Station", "block N%1").arg(start.number);
+    case StartKind::Tool:
+        return QCoreApplication::translate("Station", "tool %1").arg(start.number);
+    case StartKind::Top:
+        break;
+    }
+    return {};
+}
+
 } // namespace
 
 Station::Station(Link &link, DeviceComm &comm, StationSettings settings, Log log,
@@ -176,7 +206,7 @@ void Station::serve(const ProgramRequest &request) {
     } else {
         if (start->partWay())
             m_log(QCoreApplication::translate("Station", "request for \"%1\" from %2: %3")
-                      .arg(request.name, start->text(), path));
+                      .arg(request.name, placeText(*start), path));
         else
             m_log(QCoreApplication::translate("Station", "request for \"%1\": %2")
                       .arg(request.name, path));
@@ -203,7 +233,7 @@ void Station::send(const QString &path, bool countTools) {
     m_l.toolList = counter;
     const OutcomeRecord &r = m_l.outcome;
     m_log(QCoreApplication::translate("Station", "answer %1: %2, %3 characters, %4 lines in %5 s%6")
-              .arg(outcomeWord(r.kind), QDir::toNativeSeparators(path))
+              .arg(outcomeText(r.kind), QDir::toNativeSeparators(path))
               .arg(r.bytes)
               .arg(r.lines)
               .arg(double(clock.elapsed()) / 1000.0, 0, 'f', 1)

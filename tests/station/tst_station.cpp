@@ -97,10 +97,13 @@ private slots:
 
         QProcess second;
         second.setProcessEnvironment(rig.environment());
-        second.start(QStringLiteral(DNC_STATION_PATH), {"-s", "Lathe1"});
+        // Said in the language of -c, as the log of a German shop reads it.
+        second.start(QStringLiteral(DNC_STATION_PATH), {"-s", "Lathe1", "-c", "049"});
         QVERIFY(second.waitForFinished(10000));
         QCOMPARE(second.exitCode(), 8);
-        QVERIFY(second.readAllStandardError().contains("\"303\" or \"504\" sends a program only"));
+        const QString said = QString::fromUtf8(second.readAllStandardError());
+        QVERIFY2(said.contains("sendet ein Programm nur, wenn der PC es anfordert"),
+                 qPrintable(said));
     }
 
     // Asked for the port a station holds, the window's parts and dncctl name the station.
