@@ -38,29 +38,6 @@ namespace {
 constexpr int FastestBaud = 2147483647;
 constexpr int Rounds = 5;
 
-// The screen of a run nobody watches: keeps nothing, so it does not weigh on memory.
-class QuietScreen : public Screen {
-public:
-    int boxes = 0;
-    void setLabel1Caption(const QString &) override {}
-    void setLabel1Visible(bool) override {}
-    void setText1Text(const QString &) override {}
-    void setText1Visible(bool) override {}
-    void setList1Visible(bool) override {}
-    void list1Clear() override {}
-    void list1AddItem(const QString &) override {}
-    void list1Refresh() override {}
-    int list1Count() const override { return 0; }
-    int list1ListIndex() const override { return -1; }
-    QString list1List(int) const override { return {}; }
-    void repaint() override {}
-    void setMousePointer(int) override {}
-    void msgBox(const QString &, BoxIcon, const QString &) override { ++boxes; }
-    QString inputBox(const QString &, const QString &, const QString &) override { return {}; }
-    QString showOpen(const FileDialogRequest &) override { return {}; }
-    QString showSave(const FileDialogRequest &) override { return {}; }
-};
-
 // The parts the window wires together, wired the same way.
 struct Sender {
     Globals g;

@@ -2,6 +2,7 @@
 // What the benchmarks measure with and start from: the process's CPU time, its memory as
 // Linux reports it, program files, and the virtual control they run against.
 
+#include "screen.h"
 #include "vcontrol_process.h"
 
 #include <QByteArray>
@@ -61,3 +62,26 @@ inline bool startControl(VControlProcess &vc, const QStringList &args) {
     std::fprintf(stderr, "vcontrol: %s\n", qPrintable(vc.errorString()));
     return false;
 }
+
+// The screen of a run nobody watches: keeps nothing, so it does not weigh on memory.
+class QuietScreen : public Screen {
+public:
+    int boxes = 0;
+    void setLabel1Caption(const QString &) override {}
+    void setLabel1Visible(bool) override {}
+    void setText1Text(const QString &) override {}
+    void setText1Visible(bool) override {}
+    void setList1Visible(bool) override {}
+    void list1Clear() override {}
+    void list1AddItem(const QString &) override {}
+    void list1Refresh() override {}
+    int list1Count() const override { return 0; }
+    int list1ListIndex() const override { return -1; }
+    QString list1List(int) const override { return {}; }
+    void repaint() override {}
+    void setMousePointer(int) override {}
+    void msgBox(const QString &, BoxIcon, const QString &) override { ++boxes; }
+    QString inputBox(const QString &, const QString &, const QString &) override { return {}; }
+    QString showOpen(const FileDialogRequest &) override { return {}; }
+    QString showSave(const FileDialogRequest &) override { return {}; }
+};
