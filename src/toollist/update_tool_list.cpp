@@ -25,7 +25,9 @@ QString countProgram(const QString &database, const QString &file,
         return connection.error();
     QFile nc(file);
     if (!nc.open(QIODevice::ReadOnly))
-        return QCoreApplication::translate("ToolList", "%1: %2").arg(file, nc.errorString());
+        return QCoreApplication::translate(
+                   "ToolList", "The tools of %1 cannot be counted: it cannot be read (%2).")
+            .arg(file, nc.errorString());
     const ToolScan scan = scanToolLines(nc, limits, limitCount);
     nc.close();
     // The names ahead of a bad line are counted: each count stands on its own.
