@@ -188,7 +188,7 @@ private slots:
         QSqlDatabase otherDb = other.database();
         QSqlError error;
         QVERIFY(exclusive ? QSqlQuery(otherDb).exec(QStringLiteral("BEGIN EXCLUSIVE"))
-                          : other.dialect().beginCount(otherDb, "drill", 5000, {}, error));
+                          : other.dialect().beginCount(otherDb, {"drill"}, 5000, {}, error));
         bool held = true;
         const auto release = [&] {
             if (std::exchange(held, false))
