@@ -91,9 +91,14 @@ void ToolDbConnection::openSqlite() {
     // its own transaction. The mode stays with the file; it needs the -wal and -shm files beside
     // it, so it is asked for only where this user may make them. Where it cannot be had, the
     // file keeps its own journal: counting works as well, one writer at a time, and a reader
-    // may make a count wait.
-    if (QFileInfo(info.absolutePath()).isWritable())
-        QSqlQuery(db).exec(QStringLiteral("PRAGMA journal_mode = WAL"));
+    // may make a count wait. Not worth a wait either: a connection that finds the file locked
+    // leaves the change to the next one.
+    if (QFileInfo(info.absolutePath()).isWritable()) {
+        QSqlQuery query(db);
+        query.exec(QStringLiteral("PRAGMA busy_timeout = 0"));
+        query.exec(QStringLiteral("PRAGMA journal_mode = WAL"));
+        query.exec(QStringLiteral("PRAGMA busy_timeout = %1").arg(m_busyTimeoutMs));
+    }
 }
 
 void ToolDbConnection::openPostgres() {

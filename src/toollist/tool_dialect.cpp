@@ -186,9 +186,9 @@ private:
 
 } // namespace
 
-QString sqlLiteral(const QSqlDatabase &db, const QString &text) {
-    QSqlField field(QString(), QMetaType(QMetaType::QString));
-    field.setValue(text);
+QString sqlLiteral(const QSqlDatabase &db, const QVariant &value) {
+    QSqlField field(QString(), value.metaType());
+    field.setValue(value);
     return db.driver()->formatValue(field);
 }
 

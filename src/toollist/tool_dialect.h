@@ -15,10 +15,10 @@ enum class ToolDbEngine { Sqlite, Postgres };
 // anything else is the path of an SQLite file.
 ToolDbEngine toolDbEngineOf(const QString &name);
 
-// `text` as a quoted SQL literal of the connection's engine, escaped by its driver. A statement
-// with its values written in runs in one round trip, and leaves no prepared statement behind
-// that would have to be freed on a connection that is gone.
-QString sqlLiteral(const QSqlDatabase &db, const QString &text);
+// `value` as an SQL literal of the connection's engine, a text quoted and escaped by its driver.
+// A statement with its values written in runs in one round trip, and leaves no prepared
+// statement behind that would have to be freed on a connection that is gone.
+QString sqlLiteral(const QSqlDatabase &db, const QVariant &value);
 // A JSON array, compact, as such a literal.
 QString sqlLiteral(const QSqlDatabase &db, const QJsonArray &array);
 
