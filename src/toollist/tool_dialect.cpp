@@ -1,9 +1,12 @@
 #include "tool_dialect.h"
 
+#include <QDeadlineTimer>
 #include <QJsonDocument>
 #include <QSqlDriver>
 #include <QSqlField>
 #include <QSqlQuery>
+#include <chrono>
+#include <thread>
 
 namespace {
 
@@ -37,22 +40,27 @@ public:
         return QStringLiteral("SELECT name FROM pragma_table_info('tool_list')");
     }
 
+    // SQLite's own wait sleeps longer and longer, up to 100 ms at a time, and a file that other
+    // stations keep busy is taken by one of them in each of those pauses: a station could wait
+    // out the whole time-out while the file was free for a moment many times over. Asked again
+    // every millisecond, a waiting station has its turn among the others.
     bool beginCount(QSqlDatabase &db, const QStringList &, int busyTimeoutMs,
                     const std::function<void()> &onBusy, QSqlError &error) const override {
-        const QString begin = QStringLiteral("BEGIN IMMEDIATE");
+        const QDeadlineTimer deadline(busyTimeoutMs);
         QSqlQuery query(db);
-        if (onBusy) {
-            // A first try that does not wait tells whether the operator has to be told of one.
-            query.exec(QStringLiteral("PRAGMA busy_timeout = 0"));
-            const bool began = execQuery(query, begin, error);
-            query.exec(QStringLiteral("PRAGMA busy_timeout = %1").arg(busyTimeoutMs));
-            if (began)
-                return true;
-            if (!isBusy(error))
-                return false;
-            onBusy();
+        query.exec(QStringLiteral("PRAGMA busy_timeout = 0"));
+        bool began = false;
+        for (bool told = false;; told = true) {
+            began = execQuery(query, QStringLiteral("BEGIN IMMEDIATE"), error);
+            if (began || !isBusy(error) || deadline.hasExpired())
+                break;
+            if (onBusy && !told)
+                onBusy();
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
-        return execQuery(query, begin, error); // waits up to the busy time-out
+        // The statements inside the transaction wait as long, should they ever have to.
+        query.exec(QStringLiteral("PRAGMA busy_timeout = %1").arg(busyTimeoutMs));
+        return began;
     }
     // NOCASE and lower() both fold A to Z alone.
     QString lookUpQuery(const QString &names) const override {
