@@ -29,7 +29,7 @@ QString countProgram(const QString &database, const QString &file,
     const ToolScan scan = scanToolLines(nc, limits, limitCount);
     nc.close();
     // The names ahead of a line the scan could not read are counted; a failure of the count
-    // itself comes first, since it stopped at an earlier line.
+    // itself is told first.
     const ToolCount count =
         countTools(connection, scan.names, QDateTime::currentDateTime(), onBusy);
     return count.failed() ? count.failure : scan.failure;

@@ -306,6 +306,7 @@ private slots:
         }
         const QString file = db.program(program);
         QList<QStringList> failures(Stations);
+        MessageCapture capture; // nothing of the driver's from any station's thread
         {
             std::latch ready(Stations); // all start counting together
             std::vector<std::jthread> stations;
@@ -324,6 +325,7 @@ private slots:
         }
         for (const QStringList &f : failures)
             QVERIFY2(f.isEmpty(), qPrintable(f.join(u'|')));
+        QVERIFY2(capture.messages().isEmpty(), qPrintable(capture.messages().join(u'\n')));
         QCOMPARE(db.rows("SELECT tool, util FROM tool_list ORDER BY tool"), want);
     }
 
@@ -371,30 +373,36 @@ private slots:
                     {}, &dropped);
             return dropped.size();
         };
-        MessageCapture capture;
-        ToolListModel grid(db.path(), 200);
-        QVERIFY(grid.refresh());
-        QCOMPARE(dropOthers("true"), 1);
-        QVERIFY(!grid.setData(grid.index(0, 1), 9));
-        QVERIFY(grid.refresh());
-        QCOMPARE(grid.index(0, 1).data().toInt(), 5);
-
-        ToolDbConnection other(QStringLiteral("other"), db.path(), 5000);
-        QSqlDatabase otherDb = other.database();
-        QSqlError error;
-        QVERIFY(other.dialect().beginCount(otherDb, {"drill"}, 5000, {}, error));
-        ToolCount count;
-        std::jthread station([&] {
-            const ToolDbConnection connection(QStringLiteral("station"), db.path(), 5000);
-            count = countTools(connection, {"drill"}, QDateTime::currentDateTime());
-        });
-        QDeadlineTimer deadline(3000);
-        while (dropOthers("wait_event_type = 'Lock'") == 0 && !deadline.hasExpired())
-            QThread::msleep(10);
-        station.join();
-        QSqlQuery(otherDb).exec(QStringLiteral("ROLLBACK"));
-        QVERIFY2(count.failure.contains("were not counted") && count.counted == 0,
-                 qPrintable(count.failure));
+        MessageCapture capture; // until every connection of the case is gone
+        {
+            ToolListModel grid(db.path(), 200);
+            QVERIFY(grid.refresh());
+            QCOMPARE(dropOthers("true"), 1);
+            QVERIFY(!grid.setData(grid.index(0, 1), 9));
+            QVERIFY(grid.refresh());
+            QCOMPARE(grid.index(0, 1).data().toInt(), 5);
+        }
+        {
+            ToolDbConnection other(QStringLiteral("other"), db.path(), 5000);
+            QSqlDatabase otherDb = other.database();
+            QSqlError error;
+            QVERIFY(other.dialect().beginCount(otherDb, {"drill"}, 5000, {}, error));
+            ToolCount count;
+            std::jthread station([&] {
+                const ToolDbConnection connection(QStringLiteral("station"), db.path(), 5000);
+                count = countTools(connection, {"drill"}, QDateTime::currentDateTime());
+            });
+            QDeadlineTimer deadline(3000);
+            int dropped = 0;
+            while (!(dropped = dropOthers("wait_event_type = 'Lock'")) && !deadline.hasExpired())
+                QThread::msleep(10);
+            station.join();
+            QSqlQuery(otherDb).exec(QStringLiteral("ROLLBACK"));
+            QCOMPARE(dropped, 1);
+            QVERIFY2(count.failure.contains("The tools of this program were not counted") &&
+                         count.counted == 0,
+                     qPrintable(count.failure));
+        }
         QCOMPARE(db.rows("SELECT tool, util FROM tool_list"), QStringList{"drill:5"});
         QVERIFY2(capture.messages().isEmpty(), qPrintable(capture.messages().join(u'\n')));
     }
