@@ -548,10 +548,6 @@ SIGTERM hält sie an, SIGHUP liest dnc.ini zwischen zwei Übertragungen neu.
 <context>
     <name>ToolList</name>
     <message>
-        <source>The tool &quot;%1&quot; cannot be counted: %2</source>
-        <translation>Das Werkzeug „%1“ kann nicht gezählt werden: %2</translation>
-    </message>
-    <message>
         <source>The tool &quot;%1&quot; and those after it in this program were not counted: the tool database %2 is busy (another station or program holds it locked) and stayed so for %3, the longest this program waits.</source>
         <translation>Das Werkzeug „%1“ und die folgenden dieses Programms wurden nicht gezählt: die Werkzeugdatenbank %2 ist belegt (eine andere Station oder ein anderes Programm hält sie gesperrt) und blieb es %3 lang, so lange, wie dieses Programm höchstens wartet.</translation>
     </message>
@@ -640,8 +636,29 @@ SIGTERM hält sie an, SIGHUP liest dnc.ini zwischen zwei Übertragungen neu.
         <translation>Die Werkzeugdatenbank ist von einer anderen Station oder einem anderen Programm belegt: warte höchstens %1.</translation>
     </message>
     <message>
+<<<<<<< HEAD
         <source>The tools of %1 cannot be counted: it cannot be read (%2).</source>
         <translation>Die Werkzeuge von %1 können nicht gezählt werden: die Datei ist nicht lesbar (%2).</translation>
+=======
+        <source>The tools of this program were not counted: the tool database %1 failed: %2</source>
+        <translation>Die Werkzeuge dieses Programms wurden nicht gezählt: Fehler der Werkzeugdatenbank %1: %2</translation>
+    </message>
+    <message>
+        <source>The tool name &quot;%1&quot; holds a NUL character, which a tool name may not hold.</source>
+        <translation>Der Werkzeugname „%1“ enthält ein NUL-Zeichen, das in einem Werkzeugnamen nicht stehen darf.</translation>
+    </message>
+    <message>
+        <source>The tool name &quot;%1&quot; is %2 bytes long; a tool name may hold at most %3.</source>
+        <translation>Der Werkzeugname „%1“ ist %2 Bytes lang; ein Werkzeugname darf höchstens %3 haben.</translation>
+    </message>
+    <message>
+        <source>the connection was lost.</source>
+        <translation>die Verbindung ist abgerissen.</translation>
+    </message>
+    <message>
+        <source>The change was not saved: the connection to the tool database %1 was lost.</source>
+        <translation>Die Änderung wurde nicht gespeichert: die Verbindung zur Werkzeugdatenbank %1 ist abgerissen.</translation>
+>>>>>>> counting
     </message>
 </context>
 <context>

@@ -548,10 +548,6 @@ SIGTERM l&apos;arrête, SIGHUP relit dnc.ini entre deux transferts.
 <context>
     <name>ToolList</name>
     <message>
-        <source>The tool &quot;%1&quot; cannot be counted: %2</source>
-        <translation>L&apos;outil « %1 » ne peut pas être compté : %2</translation>
-    </message>
-    <message>
         <source>The tool &quot;%1&quot; and those after it in this program were not counted: the tool database %2 is busy (another station or program holds it locked) and stayed so for %3, the longest this program waits.</source>
         <translation>L&apos;outil « %1 » et les suivants de ce programme n&apos;ont pas été comptés : la base d&apos;outils %2 est occupée (une autre station ou un autre programme la verrouille) et l&apos;est restée %3, l&apos;attente la plus longue de ce programme.</translation>
     </message>
@@ -642,6 +638,26 @@ SIGTERM l&apos;arrête, SIGHUP relit dnc.ini entre deux transferts.
     <message>
         <source>The tools of %1 cannot be counted: it cannot be read (%2).</source>
         <translation>Les outils de %1 ne peuvent pas être comptés : le fichier est illisible (%2).</translation>
+    </message>
+    <message>
+        <source>The tools of this program were not counted: the tool database %1 failed: %2</source>
+        <translation>Les outils de ce programme n&apos;ont pas été comptés : la base d&apos;outils %1 a échoué : %2</translation>
+    </message>
+    <message>
+        <source>The tool name &quot;%1&quot; holds a NUL character, which a tool name may not hold.</source>
+        <translation>Le nom d&apos;outil « %1 » contient un caractère NUL, interdit dans un nom d&apos;outil.</translation>
+    </message>
+    <message>
+        <source>The tool name &quot;%1&quot; is %2 bytes long; a tool name may hold at most %3.</source>
+        <translation>Le nom d&apos;outil « %1 » fait %2 octets ; un nom d&apos;outil en compte %3 au plus.</translation>
+    </message>
+    <message>
+        <source>the connection was lost.</source>
+        <translation>la liaison a été perdue.</translation>
+    </message>
+    <message>
+        <source>The change was not saved: the connection to the tool database %1 was lost.</source>
+        <translation>La modification n&apos;a pas été enregistrée : la liaison avec la base d&apos;outils %1 a été perdue.</translation>
     </message>
 </context>
 <context>
