@@ -636,10 +636,10 @@ SIGTERM hält sie an, SIGHUP liest dnc.ini zwischen zwei Übertragungen neu.
         <translation>Die Werkzeugdatenbank ist von einer anderen Station oder einem anderen Programm belegt: warte höchstens %1.</translation>
     </message>
     <message>
-<<<<<<< HEAD
         <source>The tools of %1 cannot be counted: it cannot be read (%2).</source>
         <translation>Die Werkzeuge von %1 können nicht gezählt werden: die Datei ist nicht lesbar (%2).</translation>
-=======
+    </message>
+    <message>
         <source>The tools of this program were not counted: the tool database %1 failed: %2</source>
         <translation>Die Werkzeuge dieses Programms wurden nicht gezählt: Fehler der Werkzeugdatenbank %1: %2</translation>
     </message>
@@ -658,7 +658,6 @@ SIGTERM hält sie an, SIGHUP liest dnc.ini zwischen zwei Übertragungen neu.
     <message>
         <source>The change was not saved: the connection to the tool database %1 was lost.</source>
         <translation>Die Änderung wurde nicht gespeichert: die Verbindung zur Werkzeugdatenbank %1 ist abgerissen.</translation>
->>>>>>> counting
     </message>
 </context>
 <context>
