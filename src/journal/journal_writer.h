@@ -13,6 +13,8 @@
 // How long a row waits for another writer's lock: far longer than any insert takes, short
 // enough that an operation's end is not held up for long by a journal that stays locked.
 inline constexpr int JournalBusyTimeoutMs = 1000;
+// How often a program that runs on (a station, the window) tries again to write kept rows.
+inline constexpr int JournalRetryMs = 30000;
 
 class JournalWriter {
 public:
