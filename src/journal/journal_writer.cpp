@@ -65,8 +65,8 @@ bool insert(QSqlQuery &rows, QSqlQuery &tools, const JournalRow &row) {
 } // namespace
 
 JournalWriter::JournalWriter(const JournalTarget &target, std::function<void(const QString &)> say,
-                             int busyTimeoutMs)
-    : m_target(target), m_say(std::move(say)), m_busyTimeoutMs(busyTimeoutMs) {}
+                             int busyTimeoutMs, qsizetype maxKept)
+    : m_target(target), m_say(std::move(say)), m_busyTimeoutMs(busyTimeoutMs), m_maxKept(maxKept) {}
 
 JournalWriter::~JournalWriter() {
     if (m_kept.isEmpty() && m_lost == 0)
@@ -85,7 +85,7 @@ void JournalWriter::add(const JournalRow &row) {
         return;
     m_lastRow = row;
     m_kept.append(row);
-    if (m_kept.size() > MaxKept) {
+    if (m_kept.size() > m_maxKept) {
         m_kept.removeFirst();
         ++m_lost;
     }

@@ -19,8 +19,9 @@ inline constexpr int JournalRetryMs = 30000;
 class JournalWriter {
 public:
     // `say` hears each failure meant for the operator's log, in the language of the texts.
+    // At most `maxKept` rows are kept; the oldest go first, and a row tells how many went.
     JournalWriter(const JournalTarget &target, std::function<void(const QString &)> say,
-                  int busyTimeoutMs = JournalBusyTimeoutMs);
+                  int busyTimeoutMs = JournalBusyTimeoutMs, qsizetype maxKept = 10000);
     ~JournalWriter(); // a last try; what is left then is said to be lost
     JournalWriter(const JournalWriter &) = delete;
     JournalWriter &operator=(const JournalWriter &) = delete;
@@ -33,9 +34,6 @@ public:
     qint64 lost() const { return m_lost; }
     bool disabled() const { return m_disabled; }
 
-    // At most this many rows are kept; the oldest go first, and a row tells how many.
-    static constexpr qsizetype MaxKept = 10000;
-
 private:
     bool connect();
     bool writeKept();
@@ -44,6 +42,7 @@ private:
     JournalTarget m_target;
     std::function<void(const QString &)> m_say;
     int m_busyTimeoutMs;
+    qsizetype m_maxKept;
     std::unique_ptr<ToolDbConnection> m_connection;
     QList<JournalRow> m_kept;
     qint64 m_lost = 0;
