@@ -13,6 +13,7 @@
 //      X-off, peak memory; then 4 MB drained fast, for the memory.
 // "bench_send 1 4" runs parts 1 and 4; no argument runs all.
 #include "bench_support.h"
+#include "journal_writer.h"
 #include "real_link_parts.h"
 #include "transfer.h"
 #include "vcontrol_process.h"
@@ -100,6 +101,16 @@ struct Run {
     double cpu = 0;      // seconds of this process's CPU
 };
 
+// With DNC_BENCH_JOURNAL naming a database, each send's journal row is written as the front
+// ends write it, and its time is counted with the send's.
+JournalWriter *journal() {
+    static const QString name = qEnvironmentVariable("DNC_BENCH_JOURNAL");
+    static JournalWriter writer(
+        {name, !name.startsWith(QLatin1String("postgres"))},
+        [](const QString &text) { std::fprintf(stderr, "%s\n", qPrintable(text)); });
+    return name.isEmpty() ? nullptr : &writer;
+}
+
 // SendData of the file; it failed when it showed a box (a time-out).
 Run sendRun(const QString &device, qint16 type, int baud, const QString &path) {
     Sender s(device, type, baud);
@@ -107,6 +118,8 @@ Run sendRun(const QString &device, qint16 type, int baud, const QString &path) {
     clock.start();
     const double cpu = cpuSeconds();
     SendData(s.link, path);
+    if (JournalWriter *w = journal())
+        w->add(journalRow(s.link.outcome, journalContext(s.g, device), s.g));
     const Run r{double(clock.nsecsElapsed()) / 1e9, cpuSeconds() - cpu};
     return s.screen.boxes == 0 ? r : Run{};
 }

@@ -96,6 +96,16 @@ QString createJournalTables(const ToolDbConnection &connection) {
     // write-ahead log; a file that may not be changed keeps its mode, which is no failure.
     if (!server)
         query.exec(QStringLiteral("PRAGMA journal_mode = WAL"));
+    // Most runs find the tables there: one question instead of a statement each.
+    const QString standing =
+        server ? QStringLiteral("SELECT count(*) FROM pg_catalog.pg_tables WHERE schemaname = "
+                                "current_schema() AND tablename IN (%1)")
+               : QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = 'table' AND "
+                                "name IN (%1)");
+    if (query.exec(
+            standing.arg(QStringLiteral("'transfer_journal', 'tool_usage', 'station_state'"))) &&
+        query.next() && query.value(0).toInt() == 3)
+        return {};
     // A server says "already exists, skipping" for each table, which no one needs to read;
     // and two sessions making the same table at once collide, so they take turns.
     if (server) {
