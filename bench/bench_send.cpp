@@ -27,6 +27,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <fcntl.h>
+#include <memory>
 #include <sys/resource.h>
 #include <termios.h>
 #include <unistd.h>
@@ -102,14 +103,9 @@ struct Run {
 };
 
 // With DNC_BENCH_JOURNAL naming a database, each send's journal row is written as the front
-// ends write it, and its time is counted with the send's.
-JournalWriter *journal() {
-    static const QString name = qEnvironmentVariable("DNC_BENCH_JOURNAL");
-    static JournalWriter writer(
-        {name, !name.startsWith(QLatin1String("postgres"))},
-        [](const QString &text) { std::fprintf(stderr, "%s\n", qPrintable(text)); });
-    return name.isEmpty() ? nullptr : &writer;
-}
+// ends write it, and its time is counted with the send's. Made in main, gone before the
+// application is.
+std::unique_ptr<JournalWriter> journal;
 
 // SendData of the file; it failed when it showed a box (a time-out).
 Run sendRun(const QString &device, qint16 type, int baud, const QString &path) {
@@ -118,8 +114,8 @@ Run sendRun(const QString &device, qint16 type, int baud, const QString &path) {
     clock.start();
     const double cpu = cpuSeconds();
     SendData(s.link, path);
-    if (JournalWriter *w = journal())
-        w->add(journalRow(s.link.outcome, journalContext(s.g, device), s.g));
+    if (journal)
+        journal->add(journalRow(s.link.outcome, journalContext(s.g, device), s.g));
     const Run r{double(clock.nsecsElapsed()) / 1e9, cpuSeconds() - cpu};
     return s.screen.boxes == 0 ? r : Run{};
 }
@@ -390,6 +386,10 @@ void paced(const QTemporaryDir &dir, Summary &summary) {
 int main(int argc, char **argv) {
     QCoreApplication app(argc, argv);
     useBuiltVControl();
+    if (const QString name = qEnvironmentVariable("DNC_BENCH_JOURNAL"); !name.isEmpty())
+        journal = std::make_unique<JournalWriter>(
+            JournalTarget{name, !name.startsWith(QLatin1String("postgres"))},
+            [](const QString &text) { std::fprintf(stderr, "%s\n", qPrintable(text)); });
     const QStringList parts = app.arguments().mid(1);
     const auto wanted = [&](const char *n) { return parts.isEmpty() || parts.contains(n); };
     QTemporaryDir dir;
@@ -405,5 +405,8 @@ int main(int argc, char **argv) {
     std::printf("Summary\n");
     for (const auto &[what, figure] : summary.rows)
         std::printf("   %-78s %s\n", qPrintable(what), qPrintable(figure));
+    if (journal)
+        std::printf("   journal: %lld rows kept unwritten\n", qint64(journal->kept()));
+    journal.reset();
     return 0;
 }
