@@ -27,7 +27,7 @@ QStringList toolsSent(const OutcomeRecord &r, const Globals &g) {
     const QByteArray content = file.readAll();
     if (QCryptographicHash::hash(content, QCryptographicHash::Sha256).toHex() != r.sha256)
         return {};
-    return scanToolLines(content, g.LimitStrings, g.LimitCount).names.mid(1);
+    return scanToolLines(content, g.LimitStrings, g.LimitCount).names;
 }
 
 } // namespace

@@ -155,7 +155,7 @@ bool JournalWriter::writeKept() {
         return fail(rows.lastError());
     if (!tools.prepare(InsertTool))
         return fail(tools.lastError());
-    if (false) {
+    if (m_lost > 0) {
         JournalRow lost = m_lastRow;
         lost.time = QDateTime::currentDateTimeUtc();
         lost.operation = QStringLiteral("journal");
