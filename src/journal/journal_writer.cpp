@@ -16,6 +16,21 @@ const QString InsertRow = QStringLiteral(
     "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
 const QString InsertTool =
     QStringLiteral("INSERT INTO tool_usage (tool, machine, time, program) VALUES (?, ?, ?, ?)");
+// A server takes a send's tools in one statement, one round trip, as an array.
+const QString InsertTools =
+    QStringLiteral("INSERT INTO tool_usage (tool, machine, time, program) "
+                   "SELECT unnest(CAST(? AS text[])), ?, CAST(? AS timestamptz), ?");
+
+// An array literal of PostgreSQL: each element quoted, its quotes and backslashes escaped.
+QString arrayLiteral(const QStringList &items) {
+    QStringList quoted;
+    for (QString item : items) {
+        item.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
+        item.replace(QLatin1Char('"'), QLatin1String("\\\""));
+        quoted << QLatin1Char('"') + item + QLatin1Char('"');
+    }
+    return QLatin1Char('{') + quoted.join(QLatin1Char(',')) + QLatin1Char('}');
+}
 
 // The program a tool went out in: its name on the control, else the file's name.
 QString programOf(const JournalRow &row) {
@@ -29,7 +44,7 @@ QString text(const QString &s) {
     return s.isNull() ? QStringLiteral("") : s;
 }
 
-bool insert(QSqlQuery &rows, QSqlQuery &tools, const JournalRow &row) {
+bool insert(QSqlQuery &rows, QSqlQuery &tools, bool server, const JournalRow &row) {
     const QString time = isoTime(row.time);
     const QVariantList values{time,
                               text(row.host),
@@ -51,6 +66,13 @@ bool insert(QSqlQuery &rows, QSqlQuery &tools, const JournalRow &row) {
         rows.bindValue(i, values[i]);
     if (!rows.exec())
         return false;
+    if (server && !row.tools.isEmpty()) {
+        tools.bindValue(0, arrayLiteral(row.tools));
+        tools.bindValue(1, text(row.machine));
+        tools.bindValue(2, time);
+        tools.bindValue(3, text(programOf(row)));
+        return tools.exec();
+    }
     for (const QString &tool : row.tools) {
         tools.bindValue(0, tool);
         tools.bindValue(1, text(row.machine));
@@ -69,10 +91,10 @@ JournalWriter::JournalWriter(const JournalTarget &target, std::function<void(con
     : m_target(target), m_say(std::move(say)), m_busyTimeoutMs(busyTimeoutMs), m_maxKept(maxKept) {}
 
 JournalWriter::~JournalWriter() {
-    if (m_kept.isEmpty() && m_lost == 0)
+    if (flush()) {
+        disconnect();
         return;
-    if (flush())
-        return;
+    }
     const qint64 lost = m_kept.size() + m_lost;
     if (m_say)
         m_say(QCoreApplication::translate(
@@ -102,7 +124,7 @@ bool JournalWriter::flush() {
     if (writeKept())
         return true;
     // A server that went away needs a new session; a file is opened anew at no cost.
-    m_connection.reset();
+    disconnect();
     return false;
 }
 
@@ -136,14 +158,32 @@ bool JournalWriter::connect() {
         failed(made);
         return false;
     }
+    // Prepared once a connection: a server is asked to prepare in a round trip of its own.
+    const bool server = connection->dialect().driver() == QLatin1String("QPSQL");
+    auto rows = std::make_unique<QSqlQuery>(connection->database());
+    auto tools = std::make_unique<QSqlQuery>(connection->database());
+    if (!rows->prepare(InsertRow) || !tools->prepare(server ? InsertTools : InsertTool)) {
+        failed(connection->errorText(rows->lastError().isValid() ? rows->lastError()
+                                                                 : tools->lastError()));
+        return false;
+    }
+    m_server = server;
     m_connection = std::move(connection);
+    m_rows = std::move(rows);
+    m_tools = std::move(tools);
     return true;
+}
+
+void JournalWriter::disconnect() {
+    m_rows.reset();
+    m_tools.reset();
+    m_connection.reset();
 }
 
 bool JournalWriter::writeKept() {
     QSqlDatabase db = m_connection->database();
-    QSqlQuery rows(db);
-    QSqlQuery tools(db);
+    QSqlQuery &rows = *m_rows;
+    QSqlQuery &tools = *m_tools;
     const auto fail = [&](const QSqlError &e) {
         QSqlQuery(db).exec(QStringLiteral("ROLLBACK"));
         failed(m_connection->errorText(e));
@@ -151,10 +191,6 @@ bool JournalWriter::writeKept() {
     };
     if (!db.transaction())
         return fail(db.lastError());
-    if (!rows.prepare(InsertRow))
-        return fail(rows.lastError());
-    if (!tools.prepare(InsertTool))
-        return fail(tools.lastError());
     if (m_lost > 0) {
         JournalRow lost = m_lastRow;
         lost.time = QDateTime::currentDateTimeUtc();
@@ -164,11 +200,11 @@ bool JournalWriter::writeKept() {
         lost.file = lost.program = lost.sha256 = lost.start = lost.message = QString();
         lost.bytes = lost.durationMs = 0;
         lost.tools.clear();
-        if (!insert(rows, tools, lost))
+        if (!insert(rows, tools, m_server, lost))
             return fail(rows.lastError());
     }
     for (const JournalRow &row : std::as_const(m_kept)) {
-        if (!insert(rows, tools, row))
+        if (!insert(rows, tools, m_server, row))
             return fail(rows.lastError().isValid() ? rows.lastError() : tools.lastError());
     }
     if (!db.commit())

@@ -7,6 +7,7 @@
 #include "journal_row.h"
 
 #include <QList>
+#include <QSqlQuery>
 #include <functional>
 #include <memory>
 
@@ -36,6 +37,7 @@ public:
 
 private:
     bool connect();
+    void disconnect();
     bool writeKept();
     void failed(const QString &why);
 
@@ -44,6 +46,9 @@ private:
     int m_busyTimeoutMs;
     qsizetype m_maxKept;
     std::unique_ptr<ToolDbConnection> m_connection;
+    std::unique_ptr<QSqlQuery> m_rows; // prepared on m_connection
+    std::unique_ptr<QSqlQuery> m_tools;
+    bool m_server = false;
     QList<JournalRow> m_kept;
     qint64 m_lost = 0;
     JournalRow m_lastRow; // whose context the row of the rows lost takes

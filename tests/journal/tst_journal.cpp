@@ -18,7 +18,10 @@
 
 namespace {
 
-const QByteArray Part("(PART)\r\n/T4 DRILL 8.5\r\n/T7 MILL 12\r\nN10 G0 X0\r\nN20 M30\r\n");
+// A tool name with braces, a comma and a backslash, which an SQL array must hold as they are.
+const QByteArray
+    Part("(PART)\r\n/T4 DRILL 8.5\r\n/T7 MILL 12\r\n/T9 TAP {M6,X} \\B\r\nN10 G0 X0\r\n"
+         "N20 M30\r\n");
 const QByteArray PartOnWire = "R\r" + QByteArray(Part).replace('\n', "") + "\x04\r";
 
 QByteArray sha(const QByteArray &bytes) {
@@ -166,7 +169,7 @@ private slots:
         QStringList tools;
         for (const QVariantMap &t : journalRows(file, "tool_usage"))
             tools << t["tool"].toString() + '@' + t["machine"].toString();
-        QCOMPARE(tools, QStringList({"drill 8.5@Shop", "mill 12@Shop"}));
+        QCOMPARE(tools, QStringList({"drill 8.5@Shop", "mill 12@Shop", "tap {m6,x} \\b@Shop"}));
     }
 
     // A journal that cannot be written leaves the send as it was: the same bytes on the wire,
@@ -263,7 +266,7 @@ private slots:
         for (int i = 0; i < 8; ++i) {
             QProcess &p = *senders[size_t(i)];
             QVERIFY(p.state() == QProcess::NotRunning || p.waitForFinished(60000));
-            QCOMPARE(p.exitCode(), 0);
+            QVERIFY2(p.exitCode() == 0, p.readAllStandardError().constData());
             QCOMPARE(shop.controls[size_t(i)]->rxSettled(PartOnWire.size()), PartOnWire);
             QCOMPARE(p.readAllStandardError(), QByteArray());
         }
@@ -272,9 +275,15 @@ private slots:
         for (const QVariantMap &r : rows)
             QCOMPARE(r["outcome"].toString() + ' ' + r["sha256"].toString(),
                      "done " + QString::fromLatin1(sha(Part)));
-        QCOMPARE(journalRows(db.path(), "tool_usage").size(), 16);
+        QStringList used;
+        for (const QVariantMap &t : journalRows(db.path(), "tool_usage"))
+            used << t["tool"].toString();
+        used.sort();
+        QCOMPARE(used.size(), 24);
+        QCOMPARE(QStringList(used.mid(0, 1) + used.mid(8, 1) + used.mid(16, 1)).join('|'),
+                 QStringLiteral("drill 8.5|mill 12|tap {m6,x} \\b"));
         QCOMPARE(db.rows("SELECT tool, util FROM tool_list ORDER BY tool"),
-                 QStringList({"drill 8.5:8", "mill 12:8"}));
+                 QStringList({"drill 8.5:8", "mill 12:8", "tap {m6,x} \\b:8"}));
     }
 
     // What a script gets back: CSV a spreadsheet reads, JSON a parser reads, with the names
