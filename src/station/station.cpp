@@ -201,7 +201,6 @@ void Station::file(const Punch &punch, const QDateTime &arrival) {
     } else if (m_l.state.ending() && !punch.complete) {
         row.outcome = QStringLiteral("interrupted");
     }
-    journal(row);
     if (filed.path.isEmpty())
         m_log(QCoreApplication::translate("Station", "punch of %1 characters NOT filed in %2: %3")
                   .arg(punch.bytes.size())
@@ -212,6 +211,8 @@ void Station::file(const Punch &punch, const QDateTime &arrival) {
                   .arg(punch.bytes.size())
                   .arg(punch.lines)
                   .arg(cutText(punch, m_l.state.ending())));
+    // After the log's line: a journal that waits for a lock does not hold it back.
+    journal(row);
 }
 
 void Station::serve(const ProgramRequest &request) {
