@@ -55,10 +55,6 @@
         <translation>Zeile %1 ist länger als %2</translation>
     </message>
     <message>
-        <source>%1: %2</source>
-        <translation>%1: %2</translation>
-    </message>
-    <message>
         <source>%1 %2: only a regular file can be sent.</source>
         <translation>%1 %2: nur eine normale Datei kann gesendet werden.</translation>
     </message>
@@ -85,6 +81,18 @@
     <message>
         <source>%1 is line %2, inside the program&apos;s head (its first %3 lines, which go first anyway)</source>
         <translation>%1 ist Zeile %2, im Programmkopf (seine ersten %3 Zeilen, die ohnehin zuerst gesendet werden)</translation>
+    </message>
+    <message>
+        <source>The program cannot be saved: %1 %2.</source>
+        <translation>Das Programm kann nicht gespeichert werden: %1 %2.</translation>
+    </message>
+    <message>
+        <source>The program cannot be saved as %1: %2</source>
+        <translation>Das Programm kann nicht als %1 gespeichert werden: %2</translation>
+    </message>
+    <message>
+        <source>The NC file %1 cannot be sent: %2</source>
+        <translation>Die NC-Datei %1 kann nicht gesendet werden: %2</translation>
     </message>
 </context>
 <context>
@@ -121,14 +129,6 @@
 <context>
     <name>Port</name>
     <message>
-        <source>%1: %2</source>
-        <translation>%1: %2</translation>
-    </message>
-    <message>
-        <source>The port</source>
-        <translation>Die Schnittstelle</translation>
-    </message>
-    <message>
         <source>no serial port is set up (expected COM1: to COM4:). Choose one with Setup.</source>
         <translation>keine serielle Schnittstelle eingestellt (COM1: bis COM4: erwartet). Bitte unter Einstellungen eine wählen.</translation>
     </message>
@@ -157,26 +157,6 @@
         <translation>die Stoppbits müssen 1 oder 2 sein, nicht „%1“</translation>
     </message>
     <message>
-        <source>cannot be opened: there is no such device, and this PC has no serial device at all. Is the adapter plugged in?</source>
-        <translation>kann nicht geöffnet werden: dieses Gerät gibt es nicht, und dieser PC hat überhaupt keine serielle Schnittstelle. Ist der Adapter eingesteckt?</translation>
-    </message>
-    <message>
-        <source>cannot be opened: there is no such device. This PC has: %1.</source>
-        <translation>kann nicht geöffnet werden: dieses Gerät gibt es nicht. Dieser PC hat: %1.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: there is no such device. This PC has: %1. Choose the device of %2 with Setup.</source>
-        <translation>kann nicht geöffnet werden: dieses Gerät gibt es nicht. Dieser PC hat: %1. Das Gerät für %2 unter Einstellungen wählen.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: another program holds it (%1). Close that program (a terminal, another DNC program) and try again.</source>
-        <translation>kann nicht geöffnet werden: ein anderes Programm belegt sie (%1). Dieses Programm (ein Terminal, ein anderes DNC-Programm) beenden und noch einmal versuchen.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: the user %1 may not open it (%2). </source>
-        <translation>kann nicht geöffnet werden: der Benutzer %1 darf sie nicht öffnen (%2). </translation>
-    </message>
-    <message>
         <source>The group %1 may open it: add the user to it with  %2  then log out and in again.</source>
         <translation>Die Gruppe %1 darf sie öffnen: den Benutzer mit  %2  hinzufügen, dann ab- und wieder anmelden.</translation>
     </message>
@@ -189,24 +169,12 @@
         <translation>; dieses Gerät (%1) lässt keine Gruppe zu: bitte den Administrator fragen.</translation>
     </message>
     <message>
-        <source>cannot be opened: it is open already</source>
-        <translation>kann nicht geöffnet werden: sie ist schon offen</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1</source>
-        <translation>kann nicht geöffnet werden: %1</translation>
-    </message>
-    <message>
         <source>the station of section %1 (process %2)</source>
         <translation>die Station des Abschnitts %1 (Prozess %2)</translation>
     </message>
     <message>
         <source>the line settings &quot;%1&quot; cannot be used: %2</source>
         <translation>die Leitungseinstellungen „%1“ sind nicht verwendbar: %2</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 holds it. Stop the station (systemctl stop dnc-station@%2) to use the port here.</source>
-        <translation>kann nicht geöffnet werden: %1 belegt sie. Die Station anhalten (systemctl stop dnc-station@%2), um die Schnittstelle hier zu benutzen.</translation>
     </message>
     <message>
         <source>the port is not open</source>
@@ -233,64 +201,12 @@
         <translation>%1 (Prozess %2)</translation>
     </message>
     <message>
-        <source>cannot be opened: %1 holds it (%2). Close that program and try again.</source>
-        <translation>kann nicht geöffnet werden: %1 belegt sie (%2). Dieses Programm beenden und noch einmal versuchen.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: the name %1 does not resolve to an address. Check the device server&apos;s name, or give its address.</source>
-        <translation>kann nicht geöffnet werden: der Name %1 ergibt keine Adresse. Den Namen des Geräteservers prüfen oder seine Adresse angeben.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 refused the connection. Nothing listens there: check the port number set on the device server, and that it is on.</source>
-        <translation>kann nicht geöffnet werden: %1 hat die Verbindung abgelehnt. Dort hört nichts: die am Geräteserver eingestellte Portnummer prüfen und ob er eingeschaltet ist.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: the connection to %1 failed (%2)</source>
-        <translation>kann nicht geöffnet werden: die Verbindung zu %1 ist fehlgeschlagen (%2)</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 did not answer within %2 s. Is the device server on, and its address right?</source>
-        <translation>kann nicht geöffnet werden: %1 hat nicht innerhalb von %2 s geantwortet. Ist der Geräteserver eingeschaltet und seine Adresse richtig?</translation>
-    </message>
-    <message>
         <source>the opening was given up</source>
         <translation>das Öffnen wurde abgebrochen</translation>
     </message>
     <message>
-        <source>cannot be opened: %1 does not take RFC 2217 (COM port control). If it carries the line&apos;s bytes alone, name it tcp://%2:%3.</source>
-        <translation>kann nicht geöffnet werden: %1 beherrscht RFC 2217 (Steuerung der COM-Schnittstelle) nicht. Überträgt er nur die Bytes der Leitung, ihn als tcp://%2:%3 angeben.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 sent what is not Telnet (%2)</source>
-        <translation>kann nicht geöffnet werden: %1 hat etwas gesendet, das kein Telnet ist (%2)</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 closed the connection while the line was set up</source>
-        <translation>kann nicht geöffnet werden: %1 hat die Verbindung beim Einstellen der Leitung geschlossen</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 did not confirm the %2 within %3 s</source>
-        <translation>kann nicht geöffnet werden: %1 hat die Einstellung %2 nicht innerhalb von %3 s bestätigt</translation>
-    </message>
-    <message>
         <source>an answer of %1 bytes</source>
         <translation>eine Antwort von %1 Byte</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 refused the baud rate %2: it set %3</source>
-        <translation>kann nicht geöffnet werden: %1 hat die Baudrate %2 abgelehnt: eingestellt ist %3</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 refused %2 data bits: it set %3</source>
-        <translation>kann nicht geöffnet werden: %1 hat %2 Datenbits abgelehnt: eingestellt ist %3</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 refused the parity %2: it set %3</source>
-        <translation>kann nicht geöffnet werden: %1 hat die Parität %2 abgelehnt: eingestellt ist %3</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 refused %2 stop bits: it set %3</source>
-        <translation>kann nicht geöffnet werden: %1 hat %2 Stoppbits abgelehnt: eingestellt ist %3</translation>
     </message>
     <message>
         <source>the device server sent what is not Telnet (%1): the line&apos;s characters behind it cannot be trusted</source>
@@ -307,6 +223,98 @@
     <message>
         <source>the device is gone: the connection to %1 was lost (%2)</source>
         <translation>die Schnittstelle ist weg: die Verbindung zu %1 ist verloren (%2)</translation>
+    </message>
+    <message>
+        <source>The port %1 failed: %2</source>
+        <translation>Die Schnittstelle %1 ist ausgefallen: %2</translation>
+    </message>
+    <message>
+        <source>No port can be opened: %1</source>
+        <translation>Es kann keine Schnittstelle geöffnet werden: %1</translation>
+    </message>
+    <message>
+        <source>The port %1 cannot be opened: %2</source>
+        <translation>Die Schnittstelle %1 kann nicht geöffnet werden: %2</translation>
+    </message>
+    <message>
+        <source>the name %1 does not resolve to an address. Check the device server&apos;s name, or give its address.</source>
+        <translation>der Name %1 ergibt keine Adresse. Den Namen des Geräteservers prüfen oder seine Adresse angeben.</translation>
+    </message>
+    <message>
+        <source>%1 refused the connection. Nothing listens there: check the port number set on the device server, and that it is on.</source>
+        <translation>%1 hat die Verbindung abgelehnt. Dort hört nichts: die am Geräteserver eingestellte Portnummer prüfen und ob er eingeschaltet ist.</translation>
+    </message>
+    <message>
+        <source>the connection to %1 failed (%2)</source>
+        <translation>die Verbindung zu %1 ist fehlgeschlagen (%2)</translation>
+    </message>
+    <message>
+        <source>%1 did not answer within %2 s. Is the device server on, and its address right?</source>
+        <translation>%1 hat nicht innerhalb von %2 s geantwortet. Ist der Geräteserver eingeschaltet und seine Adresse richtig?</translation>
+    </message>
+    <message>
+        <source>%1 does not take RFC 2217 (COM port control). If it carries the line&apos;s bytes alone, name it tcp://%2:%3.</source>
+        <translation>%1 beherrscht RFC 2217 (Steuerung der COM-Schnittstelle) nicht. Überträgt er nur die Bytes der Leitung, ihn als tcp://%2:%3 angeben.</translation>
+    </message>
+    <message>
+        <source>%1 sent what is not Telnet (%2)</source>
+        <translation>%1 hat etwas gesendet, das kein Telnet ist (%2)</translation>
+    </message>
+    <message>
+        <source>%1 closed the connection while the line was set up</source>
+        <translation>%1 hat die Verbindung beim Einstellen der Leitung geschlossen</translation>
+    </message>
+    <message>
+        <source>%1 did not confirm the %2 within %3 s</source>
+        <translation>%1 hat die Einstellung %2 nicht innerhalb von %3 s bestätigt</translation>
+    </message>
+    <message>
+        <source>%1 refused the baud rate %2: it set %3</source>
+        <translation>%1 hat die Baudrate %2 abgelehnt: eingestellt ist %3</translation>
+    </message>
+    <message>
+        <source>%1 refused %2 data bits: it set %3</source>
+        <translation>%1 hat %2 Datenbits abgelehnt: eingestellt ist %3</translation>
+    </message>
+    <message>
+        <source>%1 refused the parity %2: it set %3</source>
+        <translation>%1 hat die Parität %2 abgelehnt: eingestellt ist %3</translation>
+    </message>
+    <message>
+        <source>%1 refused %2 stop bits: it set %3</source>
+        <translation>%1 hat %2 Stoppbits abgelehnt: eingestellt ist %3</translation>
+    </message>
+    <message>
+        <source>there is no such device, and this PC has no serial device at all. Is the adapter plugged in?</source>
+        <translation>dieses Gerät gibt es nicht, und dieser PC hat überhaupt keine serielle Schnittstelle. Ist der Adapter eingesteckt?</translation>
+    </message>
+    <message>
+        <source>there is no such device. This PC has: %1.</source>
+        <translation>dieses Gerät gibt es nicht. Dieser PC hat: %1.</translation>
+    </message>
+    <message>
+        <source>there is no such device. This PC has: %1. Choose the device of %2 with Setup.</source>
+        <translation>dieses Gerät gibt es nicht. Dieser PC hat: %1. Das Gerät für %2 unter Einstellungen wählen.</translation>
+    </message>
+    <message>
+        <source>%1 holds it (%2). Close that program and try again.</source>
+        <translation>%1 belegt sie (%2). Dieses Programm beenden und noch einmal versuchen.</translation>
+    </message>
+    <message>
+        <source>another program holds it (%1). Close that program (a terminal, another DNC program) and try again.</source>
+        <translation>ein anderes Programm belegt sie (%1). Dieses Programm (ein Terminal, ein anderes DNC-Programm) beenden und noch einmal versuchen.</translation>
+    </message>
+    <message>
+        <source>the user %1 may not open it (%2). </source>
+        <translation>der Benutzer %1 darf sie nicht öffnen (%2). </translation>
+    </message>
+    <message>
+        <source>it is open already</source>
+        <translation>sie ist schon offen</translation>
+    </message>
+    <message>
+        <source>%1 holds it. Stop the station (systemctl stop dnc-station@%2) to use the port here.</source>
+        <translation>%1 belegt sie. Die Station anhalten (systemctl stop dnc-station@%2), um die Schnittstelle hier zu benutzen.</translation>
     </message>
 </context>
 <context>
@@ -456,10 +464,6 @@ SIGTERM hält sie an, SIGHUP liest dnc.ini zwischen zwei Übertragungen neu.
         <translation>%1 bedient sie schon</translation>
     </message>
     <message>
-        <source>%1: %2</source>
-        <translation>%1: %2</translation>
-    </message>
-    <message>
         <source>%1; trying again every %2 s</source>
         <translation>%1; neuer Versuch alle %2 s</translation>
     </message>
@@ -575,10 +579,6 @@ SIGTERM hält sie an, SIGHUP liest dnc.ini zwischen zwei Übertragungen neu.
 <context>
     <name>ToolList</name>
     <message>
-        <source>The tool &quot;%1&quot; cannot be counted: %2</source>
-        <translation>Das Werkzeug „%1“ kann nicht gezählt werden: %2</translation>
-    </message>
-    <message>
         <source>The tool &quot;%1&quot; and those after it in this program were not counted: the tool database %2 is busy (another station or program holds it locked) and stayed so for %3, the longest this program waits.</source>
         <translation>Das Werkzeug „%1“ und die folgenden dieses Programms wurden nicht gezählt: die Werkzeugdatenbank %2 ist belegt (eine andere Station oder ein anderes Programm hält sie gesperrt) und blieb es %3 lang, so lange, wie dieses Programm höchstens wartet.</translation>
     </message>
@@ -663,12 +663,32 @@ SIGTERM hält sie an, SIGHUP liest dnc.ini zwischen zwei Übertragungen neu.
         <translation>Die Werkzeugzeile „%1“ hat nach ihrer Nummer keinen Werkzeugnamen.</translation>
     </message>
     <message>
-        <source>%1: %2</source>
-        <translation>%1: %2</translation>
-    </message>
-    <message>
         <source>The tool database is busy with another station or program: waiting up to %1 for it.</source>
         <translation>Die Werkzeugdatenbank ist von einer anderen Station oder einem anderen Programm belegt: warte höchstens %1.</translation>
+    </message>
+    <message>
+        <source>The tools of %1 cannot be counted: it cannot be read (%2).</source>
+        <translation>Die Werkzeuge von %1 können nicht gezählt werden: die Datei ist nicht lesbar (%2).</translation>
+    </message>
+    <message>
+        <source>The tools of this program were not counted: the tool database %1 failed: %2</source>
+        <translation>Die Werkzeuge dieses Programms wurden nicht gezählt: Fehler der Werkzeugdatenbank %1: %2</translation>
+    </message>
+    <message>
+        <source>The tool name &quot;%1&quot; holds a NUL character, which a tool name may not hold.</source>
+        <translation>Der Werkzeugname „%1“ enthält ein NUL-Zeichen, das in einem Werkzeugnamen nicht stehen darf.</translation>
+    </message>
+    <message>
+        <source>The tool name &quot;%1&quot; is %2 bytes long; a tool name may hold at most %3.</source>
+        <translation>Der Werkzeugname „%1“ ist %2 Bytes lang; ein Werkzeugname darf höchstens %3 haben.</translation>
+    </message>
+    <message>
+        <source>the connection was lost.</source>
+        <translation>die Verbindung ist abgerissen.</translation>
+    </message>
+    <message>
+        <source>The change was not saved: the connection to the tool database %1 was lost.</source>
+        <translation>Die Änderung wurde nicht gespeichert: die Verbindung zur Werkzeugdatenbank %1 ist abgerissen.</translation>
     </message>
 </context>
 <context>

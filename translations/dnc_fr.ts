@@ -55,10 +55,6 @@
         <translation>la ligne %1 dépasse %2</translation>
     </message>
     <message>
-        <source>%1: %2</source>
-        <translation>%1 : %2</translation>
-    </message>
-    <message>
         <source>%1 %2: only a regular file can be sent.</source>
         <translation>%1 %2 : seul un fichier ordinaire peut être envoyé.</translation>
     </message>
@@ -85,6 +81,18 @@
     <message>
         <source>%1 is line %2, inside the program&apos;s head (its first %3 lines, which go first anyway)</source>
         <translation>%1 est la ligne %2, dans l&apos;en-tête du programme (ses %3 premières lignes, qui partent de toute façon en premier)</translation>
+    </message>
+    <message>
+        <source>The program cannot be saved: %1 %2.</source>
+        <translation>Le programme ne peut pas être enregistré : %1 %2.</translation>
+    </message>
+    <message>
+        <source>The program cannot be saved as %1: %2</source>
+        <translation>Le programme ne peut pas être enregistré sous %1 : %2</translation>
+    </message>
+    <message>
+        <source>The NC file %1 cannot be sent: %2</source>
+        <translation>Le fichier CN %1 ne peut pas être envoyé : %2</translation>
     </message>
 </context>
 <context>
@@ -121,14 +129,6 @@
 <context>
     <name>Port</name>
     <message>
-        <source>%1: %2</source>
-        <translation>%1 : %2</translation>
-    </message>
-    <message>
-        <source>The port</source>
-        <translation>Le port</translation>
-    </message>
-    <message>
         <source>no serial port is set up (expected COM1: to COM4:). Choose one with Setup.</source>
         <translation>aucun port série n&apos;est réglé (COM1: à COM4: attendu). Choisissez-en un dans Configuration.</translation>
     </message>
@@ -157,26 +157,6 @@
         <translation>les bits de stop doivent être 1 ou 2, pas « %1 »</translation>
     </message>
     <message>
-        <source>cannot be opened: there is no such device, and this PC has no serial device at all. Is the adapter plugged in?</source>
-        <translation>impossible d&apos;ouvrir le port : ce périphérique n&apos;existe pas, et ce PC n&apos;a aucune interface série. L&apos;adaptateur est-il branché ?</translation>
-    </message>
-    <message>
-        <source>cannot be opened: there is no such device. This PC has: %1.</source>
-        <translation>impossible d&apos;ouvrir le port : ce périphérique n&apos;existe pas. Ce PC a : %1.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: there is no such device. This PC has: %1. Choose the device of %2 with Setup.</source>
-        <translation>impossible d&apos;ouvrir le port : ce périphérique n&apos;existe pas. Ce PC a : %1. Choisissez le périphérique de %2 dans Configuration.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: another program holds it (%1). Close that program (a terminal, another DNC program) and try again.</source>
-        <translation>impossible d&apos;ouvrir le port : un autre programme l&apos;occupe (%1). Fermez ce programme (un terminal, un autre programme DNC) et recommencez.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: the user %1 may not open it (%2). </source>
-        <translation>impossible d&apos;ouvrir le port : l&apos;utilisateur %1 n&apos;en a pas le droit (%2). </translation>
-    </message>
-    <message>
         <source>The group %1 may open it: add the user to it with  %2  then log out and in again.</source>
         <translation>Le groupe %1 y a droit : ajoutez-y l&apos;utilisateur avec  %2  puis fermez la session et reconnectez-vous.</translation>
     </message>
@@ -189,24 +169,12 @@
         <translation> ; ce périphérique (%1) n&apos;est ouvert à aucun groupe : voyez l&apos;administrateur.</translation>
     </message>
     <message>
-        <source>cannot be opened: it is open already</source>
-        <translation>impossible d&apos;ouvrir le port : il est déjà ouvert</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1</source>
-        <translation>impossible d&apos;ouvrir le port : %1</translation>
-    </message>
-    <message>
         <source>the station of section %1 (process %2)</source>
         <translation>la station de la section %1 (processus %2)</translation>
     </message>
     <message>
         <source>the line settings &quot;%1&quot; cannot be used: %2</source>
         <translation>les paramètres de liaison « %1 » sont inutilisables : %2</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 holds it. Stop the station (systemctl stop dnc-station@%2) to use the port here.</source>
-        <translation>impossible d&apos;ouvrir le port : %1 l&apos;occupe. Arrêtez la station (systemctl stop dnc-station@%2) pour utiliser le port ici.</translation>
     </message>
     <message>
         <source>the port is not open</source>
@@ -233,64 +201,12 @@
         <translation>%1 (processus %2)</translation>
     </message>
     <message>
-        <source>cannot be opened: %1 holds it (%2). Close that program and try again.</source>
-        <translation>impossible d&apos;ouvrir le port : %1 l&apos;occupe (%2). Fermez ce programme et recommencez.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: the name %1 does not resolve to an address. Check the device server&apos;s name, or give its address.</source>
-        <translation>impossible d&apos;ouvrir le port : le nom %1 ne donne aucune adresse. Vérifiez le nom du serveur de ports série, ou donnez son adresse.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 refused the connection. Nothing listens there: check the port number set on the device server, and that it is on.</source>
-        <translation>impossible d&apos;ouvrir le port : %1 a refusé la connexion. Rien n&apos;écoute là : vérifiez le numéro de port réglé sur le serveur de ports série, et qu&apos;il est allumé.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: the connection to %1 failed (%2)</source>
-        <translation>impossible d&apos;ouvrir le port : la connexion à %1 a échoué (%2)</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 did not answer within %2 s. Is the device server on, and its address right?</source>
-        <translation>impossible d&apos;ouvrir le port : %1 n&apos;a pas répondu en %2 s. Le serveur de ports série est-il allumé, et son adresse juste ?</translation>
-    </message>
-    <message>
         <source>the opening was given up</source>
         <translation>l&apos;ouverture a été abandonnée</translation>
     </message>
     <message>
-        <source>cannot be opened: %1 does not take RFC 2217 (COM port control). If it carries the line&apos;s bytes alone, name it tcp://%2:%3.</source>
-        <translation>impossible d&apos;ouvrir le port : %1 ne connaît pas RFC 2217 (pilotage du port COM). S&apos;il ne transmet que les octets de la ligne, désignez-le par tcp://%2:%3.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 sent what is not Telnet (%2)</source>
-        <translation>impossible d&apos;ouvrir le port : %1 a envoyé autre chose que du Telnet (%2)</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 closed the connection while the line was set up</source>
-        <translation>impossible d&apos;ouvrir le port : %1 a fermé la connexion pendant le réglage de la liaison</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 did not confirm the %2 within %3 s</source>
-        <translation>impossible d&apos;ouvrir le port : %1 n&apos;a pas confirmé le réglage %2 en %3 s</translation>
-    </message>
-    <message>
         <source>an answer of %1 bytes</source>
         <translation>une réponse de %1 octets</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 refused the baud rate %2: it set %3</source>
-        <translation>impossible d&apos;ouvrir le port : %1 a refusé la vitesse %2 : il a réglé %3</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 refused %2 data bits: it set %3</source>
-        <translation>impossible d&apos;ouvrir le port : %1 a refusé %2 bits de données : il a réglé %3</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 refused the parity %2: it set %3</source>
-        <translation>impossible d&apos;ouvrir le port : %1 a refusé la parité %2 : il a réglé %3</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 refused %2 stop bits: it set %3</source>
-        <translation>impossible d&apos;ouvrir le port : %1 a refusé %2 bits de stop : il a réglé %3</translation>
     </message>
     <message>
         <source>the device server sent what is not Telnet (%1): the line&apos;s characters behind it cannot be trusted</source>
@@ -307,6 +223,98 @@
     <message>
         <source>the device is gone: the connection to %1 was lost (%2)</source>
         <translation>l&apos;interface a disparu : la connexion à %1 est perdue (%2)</translation>
+    </message>
+    <message>
+        <source>The port %1 failed: %2</source>
+        <translation>Le port %1 est en défaut : %2</translation>
+    </message>
+    <message>
+        <source>No port can be opened: %1</source>
+        <translation>Aucun port ne peut être ouvert : %1</translation>
+    </message>
+    <message>
+        <source>The port %1 cannot be opened: %2</source>
+        <translation>Impossible d&apos;ouvrir le port %1 : %2</translation>
+    </message>
+    <message>
+        <source>the name %1 does not resolve to an address. Check the device server&apos;s name, or give its address.</source>
+        <translation>le nom %1 ne donne aucune adresse. Vérifiez le nom du serveur de ports série, ou donnez son adresse.</translation>
+    </message>
+    <message>
+        <source>%1 refused the connection. Nothing listens there: check the port number set on the device server, and that it is on.</source>
+        <translation>%1 a refusé la connexion. Rien n&apos;écoute là : vérifiez le numéro de port réglé sur le serveur de ports série, et qu&apos;il est allumé.</translation>
+    </message>
+    <message>
+        <source>the connection to %1 failed (%2)</source>
+        <translation>la connexion à %1 a échoué (%2)</translation>
+    </message>
+    <message>
+        <source>%1 did not answer within %2 s. Is the device server on, and its address right?</source>
+        <translation>%1 n&apos;a pas répondu en %2 s. Le serveur de ports série est-il allumé, et son adresse juste ?</translation>
+    </message>
+    <message>
+        <source>%1 does not take RFC 2217 (COM port control). If it carries the line&apos;s bytes alone, name it tcp://%2:%3.</source>
+        <translation>%1 ne connaît pas RFC 2217 (pilotage du port COM). S&apos;il ne transmet que les octets de la ligne, désignez-le par tcp://%2:%3.</translation>
+    </message>
+    <message>
+        <source>%1 sent what is not Telnet (%2)</source>
+        <translation>%1 a envoyé autre chose que du Telnet (%2)</translation>
+    </message>
+    <message>
+        <source>%1 closed the connection while the line was set up</source>
+        <translation>%1 a fermé la connexion pendant le réglage de la liaison</translation>
+    </message>
+    <message>
+        <source>%1 did not confirm the %2 within %3 s</source>
+        <translation>%1 n&apos;a pas confirmé le réglage %2 en %3 s</translation>
+    </message>
+    <message>
+        <source>%1 refused the baud rate %2: it set %3</source>
+        <translation>%1 a refusé la vitesse %2 : il a réglé %3</translation>
+    </message>
+    <message>
+        <source>%1 refused %2 data bits: it set %3</source>
+        <translation>%1 a refusé %2 bits de données : il a réglé %3</translation>
+    </message>
+    <message>
+        <source>%1 refused the parity %2: it set %3</source>
+        <translation>%1 a refusé la parité %2 : il a réglé %3</translation>
+    </message>
+    <message>
+        <source>%1 refused %2 stop bits: it set %3</source>
+        <translation>%1 a refusé %2 bits de stop : il a réglé %3</translation>
+    </message>
+    <message>
+        <source>there is no such device, and this PC has no serial device at all. Is the adapter plugged in?</source>
+        <translation>ce périphérique n&apos;existe pas, et ce PC n&apos;a aucune interface série. L&apos;adaptateur est-il branché ?</translation>
+    </message>
+    <message>
+        <source>there is no such device. This PC has: %1.</source>
+        <translation>ce périphérique n&apos;existe pas. Ce PC a : %1.</translation>
+    </message>
+    <message>
+        <source>there is no such device. This PC has: %1. Choose the device of %2 with Setup.</source>
+        <translation>ce périphérique n&apos;existe pas. Ce PC a : %1. Choisissez le périphérique de %2 dans Configuration.</translation>
+    </message>
+    <message>
+        <source>%1 holds it (%2). Close that program and try again.</source>
+        <translation>%1 l&apos;occupe (%2). Fermez ce programme et recommencez.</translation>
+    </message>
+    <message>
+        <source>another program holds it (%1). Close that program (a terminal, another DNC program) and try again.</source>
+        <translation>un autre programme l&apos;occupe (%1). Fermez ce programme (un terminal, un autre programme DNC) et recommencez.</translation>
+    </message>
+    <message>
+        <source>the user %1 may not open it (%2). </source>
+        <translation>l&apos;utilisateur %1 n&apos;en a pas le droit (%2). </translation>
+    </message>
+    <message>
+        <source>it is open already</source>
+        <translation>il est déjà ouvert</translation>
+    </message>
+    <message>
+        <source>%1 holds it. Stop the station (systemctl stop dnc-station@%2) to use the port here.</source>
+        <translation>%1 l&apos;occupe. Arrêtez la station (systemctl stop dnc-station@%2) pour utiliser le port ici.</translation>
     </message>
 </context>
 <context>
@@ -456,10 +464,6 @@ SIGTERM l&apos;arrête, SIGHUP relit dnc.ini entre deux transferts.
         <translation>%1 la sert déjà</translation>
     </message>
     <message>
-        <source>%1: %2</source>
-        <translation>%1 : %2</translation>
-    </message>
-    <message>
         <source>%1; trying again every %2 s</source>
         <translation>%1 ; nouvel essai toutes les %2 s</translation>
     </message>
@@ -575,10 +579,6 @@ SIGTERM l&apos;arrête, SIGHUP relit dnc.ini entre deux transferts.
 <context>
     <name>ToolList</name>
     <message>
-        <source>The tool &quot;%1&quot; cannot be counted: %2</source>
-        <translation>L&apos;outil « %1 » ne peut pas être compté : %2</translation>
-    </message>
-    <message>
         <source>The tool &quot;%1&quot; and those after it in this program were not counted: the tool database %2 is busy (another station or program holds it locked) and stayed so for %3, the longest this program waits.</source>
         <translation>L&apos;outil « %1 » et les suivants de ce programme n&apos;ont pas été comptés : la base d&apos;outils %2 est occupée (une autre station ou un autre programme la verrouille) et l&apos;est restée %3, l&apos;attente la plus longue de ce programme.</translation>
     </message>
@@ -663,12 +663,32 @@ SIGTERM l&apos;arrête, SIGHUP relit dnc.ini entre deux transferts.
         <translation>La ligne d&apos;outil « %1 » n&apos;a pas de nom d&apos;outil après son numéro.</translation>
     </message>
     <message>
-        <source>%1: %2</source>
-        <translation>%1 : %2</translation>
-    </message>
-    <message>
         <source>The tool database is busy with another station or program: waiting up to %1 for it.</source>
         <translation>La base d&apos;outils est occupée par une autre station ou un autre programme : attente de %1 au plus.</translation>
+    </message>
+    <message>
+        <source>The tools of %1 cannot be counted: it cannot be read (%2).</source>
+        <translation>Les outils de %1 ne peuvent pas être comptés : le fichier est illisible (%2).</translation>
+    </message>
+    <message>
+        <source>The tools of this program were not counted: the tool database %1 failed: %2</source>
+        <translation>Les outils de ce programme n&apos;ont pas été comptés : la base d&apos;outils %1 a échoué : %2</translation>
+    </message>
+    <message>
+        <source>The tool name &quot;%1&quot; holds a NUL character, which a tool name may not hold.</source>
+        <translation>Le nom d&apos;outil « %1 » contient un caractère NUL, interdit dans un nom d&apos;outil.</translation>
+    </message>
+    <message>
+        <source>The tool name &quot;%1&quot; is %2 bytes long; a tool name may hold at most %3.</source>
+        <translation>Le nom d&apos;outil « %1 » fait %2 octets ; un nom d&apos;outil en compte %3 au plus.</translation>
+    </message>
+    <message>
+        <source>the connection was lost.</source>
+        <translation>la liaison a été perdue.</translation>
+    </message>
+    <message>
+        <source>The change was not saved: the connection to the tool database %1 was lost.</source>
+        <translation>La modification n&apos;a pas été enregistrée : la liaison avec la base d&apos;outils %1 a été perdue.</translation>
     </message>
 </context>
 <context>

@@ -121,11 +121,11 @@ bool Station::openPort() {
         if (!m_claim.claim(m_comm.devicePath(), m_l.g.ConfigSection, &other))
             throw CommError{m_comm.deviceName(),
                             QCoreApplication::translate("Station", "%1 serves it already")
-                                .arg(stationText(other))};
+                                .arg(stationText(other)),
+                            CommError::Stage::Opening};
         m_comm.setPortOpen(true);
     } catch (const CommError &e) {
-        const QString text =
-            QCoreApplication::translate("Station", "%1: %2").arg(e.device, e.reason);
+        const QString text = e.message();
         if (text != m_lastOpenError)
             m_log(QCoreApplication::translate("Station", "%1; trying again every %2 s")
                       .arg(text)

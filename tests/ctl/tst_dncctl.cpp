@@ -156,7 +156,9 @@ private slots:
         // The faults an operator meets first, in the language of -c, naming the port or file.
         row("--port naming no device, in German", "303",
             {"-c", "049", "--port", "/dev/ttyDNCNONE", "list"}, {}, 4, "list port_failure", {}, {},
-            {}, "COM1: (/dev/ttyDNCNONE): kann nicht geöffnet werden: dieses Gerät gibt es nicht.");
+            {},
+            "Die Schnittstelle COM1: (/dev/ttyDNCNONE) kann nicht geöffnet werden: dieses Gerät "
+            "gibt es nicht.");
         row("a FIFO to send, in German", "303", {"-c", "049", "send", "FIFO.tap"}, {}, 5, "", {},
             {}, {}, "dncctl: FIFO.tap: keine normale Datei\n");
     }

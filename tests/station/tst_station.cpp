@@ -164,7 +164,7 @@ private slots:
         try {
             parts.comm.setPortOpen(true);
         } catch (const CommError &e) {
-            why = e.reason;
+            why = e.message();
         }
         QVERIFY2(why.contains(holder), qPrintable(why));
         QVERIFY(!parts.comm.portOpen());
