@@ -1,5 +1,7 @@
 #include "journal_writer.h"
 
+#include "journal_lost.h"
+
 #include <QCoreApplication>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -100,6 +102,9 @@ JournalWriter::~JournalWriter() {
         m_say(QCoreApplication::translate(
                   "Journal", "%1 row(s) of the journal could not be written and are lost.")
                   .arg(lost));
+    // The next program that writes this journal says so in it.
+    if (!m_disabled)
+        keepLostCount({toolDbDisplayName(m_target.name), lost, m_lastRow.host, m_lastRow.machine});
 }
 
 void JournalWriter::add(const JournalRow &row) {
@@ -191,24 +196,31 @@ bool JournalWriter::writeKept() {
     };
     if (!db.transaction())
         return fail(db.lastError());
-    if (m_lost > 0) {
-        JournalRow lost = m_lastRow;
+    const auto lostRow = [&](qint64 count, const QString &host, const QString &machine) {
+        JournalRow lost;
         lost.time = QDateTime::currentDateTimeUtc();
+        lost.host = host;
+        lost.machine = machine;
         lost.operation = QStringLiteral("journal");
         lost.outcome = QStringLiteral("rows_lost");
-        lost.lines = m_lost;
-        lost.file = lost.program = lost.sha256 = lost.start = lost.message = QString();
-        lost.bytes = lost.durationMs = 0;
-        lost.tools.clear();
-        if (!insert(rows, tools, m_server, lost))
+        lost.lines = count;
+        return insert(rows, tools, m_server, lost);
+    };
+    // Those of programs that ended before they could write them, then this one's own.
+    LostCounts before(toolDbDisplayName(m_target.name));
+    for (const LostCount &c : before.counts()) {
+        if (!lostRow(c.count, c.host, c.machine))
             return fail(rows.lastError());
     }
+    if (m_lost > 0 && !lostRow(m_lost, m_lastRow.host, m_lastRow.machine))
+        return fail(rows.lastError());
     for (const JournalRow &row : std::as_const(m_kept)) {
         if (!insert(rows, tools, m_server, row))
             return fail(rows.lastError().isValid() ? rows.lastError() : tools.lastError());
     }
     if (!db.commit())
         return fail(db.lastError());
+    before.written();
     m_kept.clear();
     m_lost = 0;
     return true;

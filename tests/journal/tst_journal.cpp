@@ -173,7 +173,8 @@ private slots:
     }
 
     // A journal that cannot be written leaves the send as it was: the same bytes on the wire,
-    // the same exit status; it is said once, and so is the row that is lost.
+    // the same exit status; it is said once, and so is the row that is lost, which the next
+    // program to write the journal counts in it.
     void failingJournal_data() {
         QTest::addColumn<QString>("fault");
         QTest::newRow("locked") << "locked";
@@ -207,6 +208,18 @@ private slots:
         QVERIFY2(err.contains("1 row(s) of the journal could not be written and are lost"),
                  qPrintable(err));
         QCOMPARE(journalRows(shop.journal()).size(), 0);
+
+        // The next send that can write the journal writes the count of the row lost first.
+        QCOMPARE(shop.run(p, {"send", "PART.tap"}), 0);
+        QCOMPARE(p.readAllStandardError(), QByteArray());
+        QStringList rows;
+        for (const QVariantMap &r : journalRows(shop.journal()))
+            rows << QStringList{r["machine"].toString(), r["operation"].toString(),
+                                r["outcome"].toString(), r["lines"].toString()}
+                        .join(u' ');
+        QCOMPARE(rows, QStringList({"Shop journal rows_lost 1",
+                                    "Shop send done " + QString::number(Part.count('\n'))}));
+        QVERIFY(!QFile::exists(shop.path("state/dnc/journal-lost")));
     }
 
     // Rows that cannot be written are kept in order and written with the next that can be;
