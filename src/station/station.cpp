@@ -280,6 +280,7 @@ void Station::send(const QString &path, const ProgramRequest &request, const QBy
     if (!refusal.isEmpty()) {
         row.outcome = QStringLiteral("refused");
         row.message = QString::fromLatin1(refusal);
+        row.file.clear(); // the reply's file is gone with its temporary folder
         row.tools.clear();
     }
     journal(row);

@@ -72,6 +72,7 @@ private slots:
         QCOMPARE(r["bytes"].toLongLong(), answer.size() - 1); // the X-on is the dialogue's
         if (refused) {
             QVERIFY(answer.contains(r["message"].toByteArray()));
+            QCOMPARE(r["file"].toString(), QString());
         } else {
             QCOMPARE(r["sha256"].toByteArray(),
                      QCryptographicHash::hash(Part, QCryptographicHash::Sha256).toHex());
