@@ -96,6 +96,37 @@
     </message>
 </context>
 <context>
+    <name>Journal</name>
+    <message>
+        <source>The folder &quot;%1&quot; cannot be created.</source>
+        <translation>Der Ordner „%1“ kann nicht angelegt werden.</translation>
+    </message>
+    <message>
+        <source>The journal &quot;%1&quot; cannot be created: %2</source>
+        <translation>Das Journal „%1“ kann nicht angelegt werden: %2</translation>
+    </message>
+    <message>
+        <source>The journal&apos;s tables are not built in.</source>
+        <translation>Die Tabellen des Journals sind nicht eingebaut.</translation>
+    </message>
+    <message>
+        <source>The journal&apos;s tables cannot be made in %1: %2</source>
+        <translation>Die Tabellen des Journals können in %1 nicht angelegt werden: %2</translation>
+    </message>
+    <message>
+        <source>%1 row(s) of the journal could not be written and are lost.</source>
+        <translation>%1 Zeile(n) des Journals konnten nicht geschrieben werden und sind verloren.</translation>
+    </message>
+    <message>
+        <source>There is no journal of this run.</source>
+        <translation>Für diesen Lauf gibt es kein Journal.</translation>
+    </message>
+    <message>
+        <source>The journal of transfers cannot be written: %1 The transfers go on; their rows are kept and written as soon as it can be.</source>
+        <translation>Das Journal der Übertragungen kann nicht geschrieben werden: %1 Die Übertragungen laufen weiter; ihre Zeilen werden aufbewahrt und geschrieben, sobald es wieder geht.</translation>
+    </message>
+</context>
+<context>
     <name>Port</name>
     <message>
         <source>no serial port is set up (expected COM1: to COM4:). Choose one with Setup.</source>
@@ -862,6 +893,40 @@ Siehe „dncctl --help“.
         <translation>--from-line, --from-block und --from-tool gelten nur für send</translation>
     </message>
     <message>
+        <source>the journal cannot be read: %1</source>
+        <translation>das Journal kann nicht gelesen werden: %1</translation>
+    </message>
+    <message>
+        <source>the journal&apos;s rows cannot be removed: %1</source>
+        <translation>die Zeilen des Journals können nicht gelöscht werden: %1</translation>
+    </message>
+    <message>
+        <source>%1 row(s) removed from the journal.
+</source>
+        <translation>%1 Zeile(n) aus dem Journal gelöscht.
+</translation>
+    </message>
+    <message>
+        <source>standard output cannot be written</source>
+        <translation>die Standardausgabe kann nicht geschrieben werden</translation>
+    </message>
+    <message>
+        <source>%1 takes a date such as 2026-11-24 or 2026-11-24T08:30, not &quot;%2&quot;</source>
+        <translation>%1 erwartet ein Datum wie 2026-11-24 oder 2026-11-24T08:30, nicht „%2“</translation>
+    </message>
+    <message>
+        <source>--format takes table, csv or json, not &quot;%1&quot;</source>
+        <translation>--format erwartet table, csv oder json, nicht „%1“</translation>
+    </message>
+    <message>
+        <source>--outcome takes one of %1, not &quot;%2&quot;</source>
+        <translation>--outcome erwartet eins von %1, nicht „%2“</translation>
+    </message>
+    <message>
+        <source>--prune-before takes no other option</source>
+        <translation>--prune-before nimmt keine weitere Option</translation>
+    </message>
+    <message>
         <source>Usage: dncctl [options] COMMAND [arguments]
 
 Moves NC programs between this PC and a CNC over the serial line, with the settings
@@ -877,6 +942,17 @@ Commands:
   change             CC, change program (&quot;303&quot;)
   execute            CE, change execute (&quot;303&quot;)
   delete NAME        DC, delete the program NAME on a control &quot;504&quot;
+  journal            the journal of transfers: one row per operation of the window,
+                     dncctl and the stations, in the -d database or else in
+                     $XDG_STATE_HOME/dnc/journal.db; oldest first
+    --since DATE     rows from DATE on (2026-11-24 or 2026-11-24T08:30, UTC)
+    --until DATE     rows before DATE (a day given alone is taken in whole)
+    --machine NAME   the rows of one machine (the section)
+    --outcome WHAT   done, timeout, port_failure, interrupted, refused,
+                     not_on_control, file_failure, not_counted, cancelled
+    --format F       table (default), csv (RFC 4180, a header row) or json
+  journal --prune-before DATE
+                     removes the rows and the tool usage from before DATE
 
 Options, before the command, each value as its own argument:
   -c CODE            language of the messages: 044 English, 033 French, 049 German;
@@ -910,7 +986,8 @@ Exit status:
   4    port failure: absent, busy, refused its settings, or gone
   5    file failure: the file to send or to write cannot be used
   6    no such program on the control, or the control sent none
-  7    the tool database cannot be used; nothing was sent
+  7    the tool database cannot be used; nothing was sent (journal: the
+       journal&apos;s database cannot be read or changed)
   8    not offered by the control type, or the settings are incomplete
   9    sent, but the tools were not counted (the tool database failed)
   10   ended, but lines are missing: the send stopped at a blank line, the file
@@ -933,6 +1010,17 @@ Befehle:
   change             CC, Programmwahl („303“)
   execute            CE, Produktion („303“)
   delete NAME        DC, das Programm NAME in einer Steuerung „504“ löschen
+  journal            das Journal der Übertragungen: eine Zeile je Vorgang des Fensters,
+                     von dncctl und den Stationen, in der Datenbank von -d, sonst in
+                     $XDG_STATE_HOME/dnc/journal.db; die ältesten zuerst
+    --since DATUM    die Zeilen ab DATUM (2026-11-24 oder 2026-11-24T08:30, UTC)
+    --until DATUM    die Zeilen vor DATUM (ein Tag allein zählt ganz)
+    --machine NAME   die Zeilen einer Maschine (der Abschnitt)
+    --outcome WAS    done, timeout, port_failure, interrupted, refused,
+                     not_on_control, file_failure, not_counted, cancelled
+    --format F       table (Standard), csv (RFC 4180, eine Kopfzeile) oder json
+  journal --prune-before DATUM
+                     löscht die Zeilen und die Werkzeugnutzung von vor DATUM
 
 Optionen, vor dem Befehl, jeder Wert als eigenes Argument:
   -c CODE            Sprache der Meldungen: 044 Englisch, 033 Französisch, 049 Deutsch;
@@ -966,7 +1054,8 @@ Rückgabewert:
   4    Schnittstellenfehler: nicht vorhanden, belegt, Einstellungen abgelehnt oder weg
   5    Dateifehler: die zu sendende oder zu schreibende Datei ist nicht verwendbar
   6    Programm nicht in der Steuerung, oder die Steuerung hat keines gesendet
-  7    die Werkzeugdatenbank ist nicht verwendbar; nichts wurde gesendet
+  7    die Werkzeugdatenbank ist nicht verwendbar; nichts wurde gesendet (journal:
+       die Datenbank des Journals kann nicht gelesen oder geändert werden)
   8    vom Steuerungstyp nicht angeboten, oder die Einstellungen sind unvollständig
   9    gesendet, aber die Werkzeuge nicht gezählt (die Werkzeugdatenbank versagte)
   10   beendet, aber es fehlen Zeilen: das Senden endete an einer Leerzeile, die Datei

@@ -96,6 +96,37 @@
     </message>
 </context>
 <context>
+    <name>Journal</name>
+    <message>
+        <source>The folder &quot;%1&quot; cannot be created.</source>
+        <translation>Le dossier « %1 » ne peut pas être créé.</translation>
+    </message>
+    <message>
+        <source>The journal &quot;%1&quot; cannot be created: %2</source>
+        <translation>Le journal « %1 » ne peut pas être créé : %2</translation>
+    </message>
+    <message>
+        <source>The journal&apos;s tables are not built in.</source>
+        <translation>Les tables du journal ne sont pas intégrées au programme.</translation>
+    </message>
+    <message>
+        <source>The journal&apos;s tables cannot be made in %1: %2</source>
+        <translation>Les tables du journal ne peuvent pas être créées dans %1 : %2</translation>
+    </message>
+    <message>
+        <source>%1 row(s) of the journal could not be written and are lost.</source>
+        <translation>%1 ligne(s) du journal n&apos;ont pas pu être écrites et sont perdues.</translation>
+    </message>
+    <message>
+        <source>There is no journal of this run.</source>
+        <translation>Pas de journal pour cette session.</translation>
+    </message>
+    <message>
+        <source>The journal of transfers cannot be written: %1 The transfers go on; their rows are kept and written as soon as it can be.</source>
+        <translation>Le journal des transferts ne peut pas être écrit : %1 Les transferts continuent ; leurs lignes sont gardées et écrites dès que possible.</translation>
+    </message>
+</context>
+<context>
     <name>Port</name>
     <message>
         <source>no serial port is set up (expected COM1: to COM4:). Choose one with Setup.</source>
@@ -862,6 +893,40 @@ Voir « dncctl --help ».
         <translation>--from-line, --from-block et --from-tool ne valent que pour send</translation>
     </message>
     <message>
+        <source>the journal cannot be read: %1</source>
+        <translation>le journal ne peut pas être lu : %1</translation>
+    </message>
+    <message>
+        <source>the journal&apos;s rows cannot be removed: %1</source>
+        <translation>les lignes du journal ne peuvent pas être supprimées : %1</translation>
+    </message>
+    <message>
+        <source>%1 row(s) removed from the journal.
+</source>
+        <translation>%1 ligne(s) supprimée(s) du journal.
+</translation>
+    </message>
+    <message>
+        <source>standard output cannot be written</source>
+        <translation>la sortie standard ne peut pas être écrite</translation>
+    </message>
+    <message>
+        <source>%1 takes a date such as 2026-11-24 or 2026-11-24T08:30, not &quot;%2&quot;</source>
+        <translation>%1 attend une date comme 2026-11-24 ou 2026-11-24T08:30, pas « %2 »</translation>
+    </message>
+    <message>
+        <source>--format takes table, csv or json, not &quot;%1&quot;</source>
+        <translation>--format attend table, csv ou json, pas « %1 »</translation>
+    </message>
+    <message>
+        <source>--outcome takes one of %1, not &quot;%2&quot;</source>
+        <translation>--outcome attend un de %1, pas « %2 »</translation>
+    </message>
+    <message>
+        <source>--prune-before takes no other option</source>
+        <translation>--prune-before ne prend aucune autre option</translation>
+    </message>
+    <message>
         <source>Usage: dncctl [options] COMMAND [arguments]
 
 Moves NC programs between this PC and a CNC over the serial line, with the settings
@@ -877,6 +942,17 @@ Commands:
   change             CC, change program (&quot;303&quot;)
   execute            CE, change execute (&quot;303&quot;)
   delete NAME        DC, delete the program NAME on a control &quot;504&quot;
+  journal            the journal of transfers: one row per operation of the window,
+                     dncctl and the stations, in the -d database or else in
+                     $XDG_STATE_HOME/dnc/journal.db; oldest first
+    --since DATE     rows from DATE on (2026-11-24 or 2026-11-24T08:30, UTC)
+    --until DATE     rows before DATE (a day given alone is taken in whole)
+    --machine NAME   the rows of one machine (the section)
+    --outcome WHAT   done, timeout, port_failure, interrupted, refused,
+                     not_on_control, file_failure, not_counted, cancelled
+    --format F       table (default), csv (RFC 4180, a header row) or json
+  journal --prune-before DATE
+                     removes the rows and the tool usage from before DATE
 
 Options, before the command, each value as its own argument:
   -c CODE            language of the messages: 044 English, 033 French, 049 German;
@@ -910,7 +986,8 @@ Exit status:
   4    port failure: absent, busy, refused its settings, or gone
   5    file failure: the file to send or to write cannot be used
   6    no such program on the control, or the control sent none
-  7    the tool database cannot be used; nothing was sent
+  7    the tool database cannot be used; nothing was sent (journal: the
+       journal&apos;s database cannot be read or changed)
   8    not offered by the control type, or the settings are incomplete
   9    sent, but the tools were not counted (the tool database failed)
   10   ended, but lines are missing: the send stopped at a blank line, the file
@@ -933,6 +1010,17 @@ Commandes :
   change             CC, changement de programme (« 303 »)
   execute            CE, changement d&apos;exécution (« 303 »)
   delete NOM         DC, effacer le programme NOM d&apos;une CN « 504 »
+  journal            le journal des transferts : une ligne par opération de la fenêtre,
+                     de dncctl et des stations, dans la base -d ou sinon dans
+                     $XDG_STATE_HOME/dnc/journal.db ; les plus anciennes d&apos;abord
+    --since DATE     les lignes à partir de DATE (2026-11-24 ou 2026-11-24T08:30, UTC)
+    --until DATE     les lignes avant DATE (un jour seul est pris en entier)
+    --machine NOM    les lignes d&apos;une machine (la section)
+    --outcome QUOI   done, timeout, port_failure, interrupted, refused,
+                     not_on_control, file_failure, not_counted, cancelled
+    --format F       table (par défaut), csv (RFC 4180, une ligne d&apos;en-tête) ou json
+  journal --prune-before DATE
+                     supprime les lignes et l&apos;usage des outils d&apos;avant DATE
 
 Options, avant la commande, chaque valeur en argument séparé :
   -c CODE            langue des messages : 044 anglais, 033 français, 049 allemand ;
@@ -966,7 +1054,8 @@ Code de sortie :
   4    erreur de port : absent, occupé, réglages refusés, ou disparu
   5    erreur de fichier : le fichier à envoyer ou à écrire est inutilisable
   6    programme absent de la CN, ou la CN n&apos;en a envoyé aucun
-  7    la base d&apos;outils est inutilisable ; rien n&apos;a été envoyé
+  7    la base d&apos;outils est inutilisable ; rien n&apos;a été envoyé (journal : la
+       base du journal ne peut être ni lue ni modifiée)
   8    non disponible pour ce type de CN, ou réglages incomplets
   9    envoyé, mais outils non comptés (la base d&apos;outils a échoué)
   10   terminé, mais il manque des lignes : l&apos;envoi s&apos;est arrêté à une ligne vide, le

@@ -1,6 +1,7 @@
 // dnc-station: serves one machine, the section named by -s, with nobody at the PC.
 #include "app_info.h"
 #include "command_line.h"
+#include "journal_writer.h"
 #include "languages.h"
 #include "profile.h"
 #include "real_link_parts.h"
@@ -13,6 +14,7 @@
 #include "update_tool_list.h"
 
 #include <QCoreApplication>
+#include <QTimer>
 
 #include <cstdio>
 
@@ -140,5 +142,17 @@ int main(int argc, char *argv[]) {
         link.toolList = &counter;
     Station station(link, parts.comm, settings, log, readAll);
     interrupts.setHangupHandler([&station] { station.requestReload(); });
+    // Rows a failing journal keeps are tried again now and then, not only with the next one.
+    JournalWriter journal(journalTarget(g.DatabasePath), log);
+    QTimer retry;
+    QObject::connect(&retry, &QTimer::timeout, [&journal] {
+        if (journal.kept() > 0)
+            journal.flush();
+    });
+    retry.start(JournalRetryMs);
+    station.setJournal([&journal, &g](const JournalRow &row) {
+        if (journalEnabled(g))
+            journal.add(row);
+    });
     return station.run();
 }
