@@ -25,8 +25,11 @@ QTcpSocket *ConnectionGuard::nextPendingConnection() {
     connect(socket, &QTcpSocket::readyRead, socket, [socket, received, max] {
         // The server reads everything each time, so what waits now is what has just come.
         *received += socket->bytesAvailable();
-        if (*received > max)
-            socket->abort();
+        if (*received > max) {
+            // The server's own handler comes next and must find nothing to read.
+            socket->readAll();
+            QMetaObject::invokeMethod(socket, &QTcpSocket::abort, Qt::QueuedConnection);
+        }
     });
     connect(socket, &QTcpSocket::bytesWritten, socket, [deadline, received, this] {
         *received = 0;
