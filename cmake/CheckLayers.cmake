@@ -11,7 +11,9 @@ set(allowed_directory "link;dialogue")
 set(allowed_toollist "link;settings")
 set(allowed_settings/ui "link;settings")
 set(allowed_toollist/ui "link;settings;toollist")
-set(folders link settings port dialogue transfer directory toollist settings/ui toollist/ui)
+set(allowed_journal "link;settings;toollist")
+set(folders link settings port dialogue transfer directory toollist settings/ui toollist/ui
+            journal)
 
 foreach(folder ${folders})
   file(GLOB headers RELATIVE ${SRC}/${folder} ${SRC}/${folder}/*.h)
