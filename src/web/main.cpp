@@ -6,19 +6,7 @@
 #include "web_server.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <cstdio>
-
-namespace {
-
-QString defaultJournal() {
-    QString state = qEnvironmentVariable("XDG_STATE_HOME");
-    if (state.isEmpty())
-        state = QDir::homePath() + QStringLiteral("/.local/state");
-    return state + QStringLiteral("/dnc/journal.db");
-}
-
-} // namespace
 
 int main(int argc, char *argv[]) {
     QCoreApplication app(argc, argv);
@@ -34,7 +22,7 @@ int main(int argc, char *argv[]) {
         return 2;
     }
     // SIGTERM ends it as it is: nothing is written, so nothing is left half done.
-    JournalSource source(options.database.isEmpty() ? defaultJournal() : options.database);
+    JournalSource source(options.database);
     WebServer server(source);
     const quint16 port = server.listen(options.address, options.port);
     if (!port) {

@@ -57,6 +57,7 @@ private slots:
     void offlineAfter90s_data();
     void offlineAfter90s();
     void journalComesBack();
+    void defaultJournalMadeOnFirstUse();
 
 private:
     // The seeded journal and a server on it whose clock the test sets.
@@ -445,6 +446,20 @@ void WebServerTest::journalComesBack() {
     const HttpReply back = httpExchange(port, httpRequest("GET", "/"));
     QCOMPARE(back.status, 200);
     QVERIFY(back.body.contains("Late 1"));
+}
+
+void WebServerTest::defaultJournalMadeOnFirstUse() {
+    QTemporaryDir state;
+    qputenv("XDG_STATE_HOME", state.path().toUtf8());
+    JournalSource source(QString{});
+    WebServer server(source, {}, &fixedNow);
+    const quint16 port = server.listen(QHostAddress::LocalHost, 0);
+    for (const QByteArray target : {"/", "/journal", "/tools"})
+        QCOMPARE(httpExchange(port, httpRequest("GET", target)).status, 200);
+    QVERIFY(httpExchange(port, httpRequest("GET", "/"))
+                .body.contains("No station has reported and the journal is empty."));
+    QVERIFY(QFileInfo::exists(state.filePath("dnc/journal.db")));
+    qunsetenv("XDG_STATE_HOME");
 }
 
 QTEST_GUILESS_MAIN(WebServerTest)
