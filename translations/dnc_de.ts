@@ -88,6 +88,25 @@
     </message>
 </context>
 <context>
+    <name>Journal</name>
+    <message>
+        <source>The folder &quot;%1&quot; cannot be created.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The journal &quot;%1&quot; cannot be created: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The journal&apos;s tables are not built in.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The journal&apos;s tables cannot be made in %1: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>Port</name>
     <message>
         <source>%1: %2</source>
@@ -539,6 +558,10 @@ SIGTERM hält sie an, SIGHUP liest dnc.ini zwischen zwei Übertragungen neu.
     <message>
         <source>tool %1</source>
         <translation>Werkzeug %1</translation>
+    </message>
+    <message>
+        <source>the station&apos;s state is not written: %1</source>
+        <translation>der Zustand der Station wird nicht geschrieben: %1</translation>
     </message>
 </context>
 <context>

@@ -88,6 +88,25 @@
     </message>
 </context>
 <context>
+    <name>Journal</name>
+    <message>
+        <source>The folder &quot;%1&quot; cannot be created.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The journal &quot;%1&quot; cannot be created: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The journal&apos;s tables are not built in.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The journal&apos;s tables cannot be made in %1: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>Port</name>
     <message>
         <source>%1: %2</source>
@@ -539,6 +558,10 @@ SIGTERM l&apos;arrête, SIGHUP relit dnc.ini entre deux transferts.
     <message>
         <source>tool %1</source>
         <translation>outil %1</translation>
+    </message>
+    <message>
+        <source>the station&apos;s state is not written: %1</source>
+        <translation>l&apos;état du poste n&apos;est pas écrit : %1</translation>
     </message>
 </context>
 <context>

@@ -212,13 +212,17 @@ void Station::serve(const ProgramRequest &request) {
                       .arg(request.name, path));
     }
     // Time for the operator to switch the control to read.
+    m_program = request.name;
+    m_doing = QStringLiteral("waiting");
     pause(m_s.requestDelayMs);
-    if (m_l.state.ending())
-        return;
-    const bool program = why.isEmpty();
-    if (program)
-        m_l.startAt = *start;
-    send(path, program);
+    if (!m_l.state.ending()) {
+        const bool program = why.isEmpty();
+        if (program)
+            m_l.startAt = *start;
+        m_doing = QStringLiteral("sending");
+        send(path, program);
+    }
+    m_doing.clear();
 }
 
 void Station::send(const QString &path, bool countTools) {
@@ -238,6 +242,22 @@ void Station::send(const QString &path, bool countTools) {
               .arg(r.lines)
               .arg(double(clock.elapsed()) / 1000.0, 0, 'f', 1)
               .arg(r.reason.isEmpty() ? QString() : QStringLiteral(" (") + r.reason + u')'));
+}
+
+StationActivity Station::activity() const {
+    StationActivity a;
+    a.device = m_comm.deviceName();
+    if (m_lost)
+        a.state = QStringLiteral("device_gone");
+    else if (!m_doing.isEmpty())
+        a.state = m_doing;
+    else if (m_reader.started())
+        a.state = QStringLiteral("receiving");
+    else
+        a.state = QStringLiteral("listening");
+    if (!m_doing.isEmpty())
+        a.program = m_program;
+    return a;
 }
 
 void Station::pause(int ms) {

@@ -8,6 +8,7 @@
 #include "punch.h"
 #include "punch_reader.h"
 #include "station_settings.h"
+#include "station_state_writer.h"
 
 #include <QDateTime>
 #include <functional>
@@ -29,6 +30,9 @@ public:
     void requestReload() { m_reload = true; }
 
     static constexpr int RetryOpenMs = 3000;
+    // What it is doing now, for its row in station_state; the percentage of a send is the
+    // screen's to tell.
+    StationActivity activity() const;
 
 private:
     bool openPort();
@@ -51,4 +55,6 @@ private:
     bool m_lost = false;     // the device went away or could not be opened
     bool m_listened = false; // the port has been open once
     QString m_lastOpenError; // told once until it changes
+    QString m_doing;         // "waiting" or "sending" while a request is served
+    QString m_program;       // the program requested
 };

@@ -52,6 +52,7 @@ public:
             qWarning() << sql << q.lastError().text();
         return q.isActive();
     }
+    QString connectionName() const { return m_db->database().connectionName(); }
     bool transaction() { return m_db->database().transaction(); }
     bool commit() { return m_db->database().commit(); }
 
