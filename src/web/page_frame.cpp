@@ -52,6 +52,7 @@ QByteArray PageFrame::page(const PageContext &context, const QString &path, cons
                        "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">"
                        "<meta http-equiv=\"refresh\" content=\"%2\">"
                        "<title>%3 \u2013 DNC</title>"
+                       "<link rel=\"icon\" href=\"/icon.svg\" type=\"image/svg+xml\">"
                        "<link rel=\"stylesheet\" href=\"/style.css\"></head>\n"
                        "<body><header><nav>%4</nav><span class=\"clock\">%5</span></header>\n"
                        "<main><h1>%3</h1>\n%6</main></body></html>\n")

@@ -20,8 +20,8 @@ const QByteArray Html = "text/html; charset=utf-8";
 const QByteArray Policy = "default-src 'none'; style-src 'self'; img-src 'self'; "
                           "form-action 'self'; base-uri 'none'; frame-ancestors 'none'";
 
-QByteArray styleSheet() {
-    QFile file(QStringLiteral(":/web/style.css"));
+QByteArray resource(const QString &name) {
+    QFile file(QStringLiteral(":/web/") + name);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
@@ -94,7 +94,9 @@ WebServer::Answer WebServer::answer(const QString &path, const QByteArray &query
                                     const PageContext &context) {
     const FormFields fields = parseFormQuery(query);
     if (path == QLatin1String("/style.css"))
-        return {Status::Ok, "text/css; charset=utf-8", styleSheet(), {}};
+        return {Status::Ok, "text/css; charset=utf-8", resource(QStringLiteral("style.css")), {}};
+    if (path == QLatin1String("/icon.svg"))
+        return {Status::Ok, "image/svg+xml", resource(QStringLiteral("icon.svg")), {}};
     const bool machines = path == QLatin1String("/");
     const bool journal = path == QLatin1String("/journal");
     const bool csv = path == QLatin1String("/journal.csv");

@@ -233,6 +233,8 @@ void WebServerTest::pages_data() {
               QByteArray(), 404, QStringList{}, QByteArray("root:"), 0);
     engineRow("style sheet", SqliteOnly, QByteArray("/style.css"), QByteArray(), 200,
               QStringList{"svg .bar rect"}, QByteArray(), 0);
+    engineRow("icon", SqliteOnly, QByteArray("/icon.svg"), QByteArray(), 200, QStringList{"<svg"},
+              QByteArray(), 0);
 }
 
 void WebServerTest::pages() {
