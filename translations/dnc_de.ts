@@ -918,24 +918,6 @@ SIGTERM hält sie an, SIGHUP liest dnc.ini zwischen zwei Übertragungen neu.
         <translation>Unbekannte Option %1</translation>
     </message>
     <message>
-        <source>Usage: dnc-web [-d DATABASE] [--listen ADDRESS:PORT]
-Shows the machines, the journal of transfers and the tools&apos; use to a browser,
-read-only.
-  -d DATABASE             the journal the stations write: an SQLite file or
-                          postgresql://...; the default journal when not given
-  --listen ADDRESS:PORT   where to listen (default: 127.0.0.1:8080);
-                          0.0.0.0:8080 for every network of the machine
-</source>
-        <translation>Aufruf: dnc-web [-d DATENBANK] [--listen ADRESSE:PORT]
-Zeigt einem Browser die Maschinen, das Protokoll der Übertragungen und den
-Werkzeugeinsatz, nur zum Lesen.
-  -d DATENBANK             das Protokoll, das die Stationen schreiben: eine SQLite-Datei
-                           oder postgresql://...; sonst das Standardprotokoll
-  --listen ADRESSE:PORT    wo gelauscht wird (Standard: 127.0.0.1:8080);
-                           0.0.0.0:8080 für alle Netze des Rechners
-</translation>
-    </message>
-    <message>
         <source>Not allowed</source>
         <translation>Nicht erlaubt</translation>
     </message>
@@ -958,6 +940,24 @@ Werkzeugeinsatz, nur zum Lesen.
     <message>
         <source>There is no such page.</source>
         <translation>Diese Seite gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>Usage: dnc-web [-d DATABASE] [--listen ADDRESS:PORT] | --help | --version
+Shows the machines, the journal of transfers and the tools&apos; use to a browser,
+read-only.
+  -d DATABASE             the journal the stations write: an SQLite file or
+                          postgresql://...; the default journal when not given
+  --listen ADDRESS:PORT   where to listen (default: 127.0.0.1:8080);
+                          0.0.0.0:8080 for every network of the machine
+</source>
+        <translation>Aufruf: dnc-web [-d DATENBANK] [--listen ADRESSE:PORT] | --help | --version
+Zeigt einem Browser die Maschinen, das Protokoll der Übertragungen und den
+Werkzeugeinsatz, nur zum Lesen.
+  -d DATENBANK             das Protokoll, das die Stationen schreiben: eine SQLite-Datei
+                           oder postgresql://...; sonst das Standardprotokoll
+  --listen ADRESSE:PORT    wo gelauscht wird (Standard: 127.0.0.1:8080);
+                           0.0.0.0:8080 für alle Netze des Rechners
+</translation>
     </message>
 </context>
 <context>

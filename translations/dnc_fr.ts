@@ -918,24 +918,6 @@ SIGTERM l&apos;arrête, SIGHUP relit dnc.ini entre deux transferts.
         <translation>Option inconnue %1</translation>
     </message>
     <message>
-        <source>Usage: dnc-web [-d DATABASE] [--listen ADDRESS:PORT]
-Shows the machines, the journal of transfers and the tools&apos; use to a browser,
-read-only.
-  -d DATABASE             the journal the stations write: an SQLite file or
-                          postgresql://...; the default journal when not given
-  --listen ADDRESS:PORT   where to listen (default: 127.0.0.1:8080);
-                          0.0.0.0:8080 for every network of the machine
-</source>
-        <translation>Usage : dnc-web [-d BASE] [--listen ADRESSE:PORT]
-Montre à un navigateur les machines, le journal des transferts et l&apos;usage des
-outils, en lecture seule.
-  -d BASE                  le journal écrit par les postes : fichier SQLite ou
-                           postgresql://... ; le journal par défaut sinon
-  --listen ADRESSE:PORT    où écouter (par défaut : 127.0.0.1:8080) ;
-                           0.0.0.0:8080 pour tous les réseaux de la machine
-</translation>
-    </message>
-    <message>
         <source>Not allowed</source>
         <translation>Non autorisé</translation>
     </message>
@@ -958,6 +940,24 @@ outils, en lecture seule.
     <message>
         <source>There is no such page.</source>
         <translation>Cette page n&apos;existe pas.</translation>
+    </message>
+    <message>
+        <source>Usage: dnc-web [-d DATABASE] [--listen ADDRESS:PORT] | --help | --version
+Shows the machines, the journal of transfers and the tools&apos; use to a browser,
+read-only.
+  -d DATABASE             the journal the stations write: an SQLite file or
+                          postgresql://...; the default journal when not given
+  --listen ADDRESS:PORT   where to listen (default: 127.0.0.1:8080);
+                          0.0.0.0:8080 for every network of the machine
+</source>
+        <translation>Usage : dnc-web [-d BASE] [--listen ADRESSE:PORT] | --help | --version
+Montre à un navigateur les machines, le journal des transferts et l&apos;usage des
+outils, en lecture seule.
+  -d BASE                  le journal écrit par les postes : fichier SQLite ou
+                           postgresql://... ; le journal par défaut sinon
+  --listen ADRESSE:PORT    où écouter (par défaut : 127.0.0.1:8080) ;
+                           0.0.0.0:8080 pour tous les réseaux de la machine
+</translation>
     </message>
 </context>
 <context>

@@ -1,5 +1,6 @@
 // dnc-web: the machines, the journal and the tools' use, read-only in a browser.
 
+#include "app_info.h"
 #include "journal_source.h"
 #include "languages.h"
 #include "web_options.h"
@@ -14,6 +15,10 @@ int main(int argc, char *argv[]) {
     const WebOptions options = WebCommandLine::parse(app.arguments().mid(1));
     if (options.help) {
         std::fputs(qPrintable(WebCommandLine::usage()), stdout);
+        return 0;
+    }
+    if (options.version) {
+        std::printf("dnc-web (%s) %d.%d.%d\n", AppTitle, AppMajor, AppMinor, AppRevision);
         return 0;
     }
     if (!options.error.isEmpty()) {

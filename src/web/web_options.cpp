@@ -25,6 +25,8 @@ WebOptions WebCommandLine::parse(const QStringList &arguments) {
         const QString &a = arguments.at(i);
         if (a == QLatin1String("-h") || a == QLatin1String("--help")) {
             o.help = true;
+        } else if (a == QLatin1String("--version")) {
+            o.version = true;
         } else if (a == QLatin1String("-d") || a == QLatin1String("--listen")) {
             if (i + 1 >= arguments.size() || arguments.at(i + 1).isEmpty()) {
                 o.error = tr("%1 takes a value").arg(a);
@@ -42,7 +44,7 @@ WebOptions WebCommandLine::parse(const QStringList &arguments) {
 }
 
 QString WebCommandLine::usage() {
-    return tr("Usage: dnc-web [-d DATABASE] [--listen ADDRESS:PORT]\n"
+    return tr("Usage: dnc-web [-d DATABASE] [--listen ADDRESS:PORT] | --help | --version\n"
               "Shows the machines, the journal of transfers and the tools' use to a browser,\n"
               "read-only.\n"
               "  -d DATABASE             the journal the stations write: an SQLite file or\n"

@@ -11,6 +11,7 @@ struct WebOptions {
     QHostAddress address{QHostAddress::LocalHost};
     quint16 port = 8080;
     bool help = false;
+    bool version = false;
     QString error; // why the command line cannot be used
 };
 
