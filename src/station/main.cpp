@@ -158,9 +158,10 @@ int main(int argc, char *argv[]) {
                     a.percent = percentOfCaption(screen.caption());
                 return a;
             });
-    if (stateWriter)
+    if (stateWriter) {
+        station.setActivityChanged([&stateWriter] { stateWriter->look(); });
         stateWriter->start();
-    else
+    } else
         log(QCoreApplication::translate("Station", "the station's state is not written: %1")
                 .arg(stateError));
     const int status = station.run();

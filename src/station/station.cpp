@@ -96,7 +96,9 @@ int Station::run() {
             pause(RetryOpenMs);
             continue;
         }
+        m_reading = true;
         const Punch punch = m_reader.read(m_l, -1, m_s.punchSilenceMs, [this] { return m_reload; });
+        m_reading = false;
         const QDateTime arrival = QDateTime::currentDateTimeUtc();
         if (m_reader.ignored() > 0)
             m_log(QCoreApplication::translate("Station", "%1 characters before any %% ignored")
@@ -131,6 +133,7 @@ bool Station::openPort() {
                       .arg(RetryOpenMs / 1000));
         m_lastOpenError = text;
         m_lost = true;
+        changed();
         return false;
     }
     // Opened again after each answer: only a change is worth a line.
@@ -142,6 +145,7 @@ bool Station::openPort() {
     m_lost = false;
     m_listened = true;
     m_lastOpenError.clear();
+    changed();
     return true;
 }
 
@@ -155,6 +159,7 @@ void Station::portLost(const QString &why) {
               .arg(why));
     m_lastOpenError.clear();
     m_lost = true;
+    changed();
 }
 
 void Station::handle(const Punch &punch, const QDateTime &arrival) {
@@ -214,15 +219,18 @@ void Station::serve(const ProgramRequest &request) {
     // Time for the operator to switch the control to read.
     m_program = request.name;
     m_doing = QStringLiteral("waiting");
+    changed();
     pause(m_s.requestDelayMs);
     if (!m_l.state.ending()) {
         const bool program = why.isEmpty();
         if (program)
             m_l.startAt = *start;
         m_doing = QStringLiteral("sending");
+        changed();
         send(path, program);
     }
     m_doing.clear();
+    changed();
 }
 
 void Station::send(const QString &path, bool countTools) {
@@ -251,7 +259,7 @@ StationActivity Station::activity() const {
         a.state = QStringLiteral("device_gone");
     else if (!m_doing.isEmpty())
         a.state = m_doing;
-    else if (m_reader.started())
+    else if (m_reading && m_reader.started())
         a.state = QStringLiteral("receiving");
     else
         a.state = QStringLiteral("listening");

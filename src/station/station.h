@@ -33,6 +33,9 @@ public:
     // What it is doing now, for its row in station_state; the percentage of a send is the
     // screen's to tell.
     StationActivity activity() const;
+    // Called each time the activity changes, but for the counter of a send and the start of a
+    // punch, which are only looked at.
+    void setActivityChanged(std::function<void()> f) { m_changed = std::move(f); }
 
 private:
     bool openPort();
@@ -57,4 +60,10 @@ private:
     QString m_lastOpenError; // told once until it changes
     QString m_doing;         // "waiting" or "sending" while a request is served
     QString m_program;       // the program requested
+    bool m_reading = false;  // waiting for a punch, or taking one
+    std::function<void()> m_changed;
+    void changed() {
+        if (m_changed)
+            m_changed();
+    }
 };

@@ -53,6 +53,7 @@ public:
         env.insert("XDG_CONFIG_HOME", m_dir.path());
         env.insert("DNC_COM1", link());
         env.insert("DNC_LOCK_DIR", m_dir.path());
+        env.insert("XDG_STATE_HOME", m_dir.path()); // the default journal, the station's state
         return env;
     }
 
