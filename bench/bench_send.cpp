@@ -13,6 +13,7 @@
 //      X-off, peak memory; then 4 MB drained fast, for the memory.
 // "bench_send 1 4" runs parts 1 and 4; no argument runs all.
 #include "bench_support.h"
+#include "journal_writer.h"
 #include "real_link_parts.h"
 #include "transfer.h"
 #include "vcontrol_process.h"
@@ -26,6 +27,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <fcntl.h>
+#include <memory>
 #include <sys/resource.h>
 #include <termios.h>
 #include <unistd.h>
@@ -100,6 +102,11 @@ struct Run {
     double cpu = 0;      // seconds of this process's CPU
 };
 
+// With DNC_BENCH_JOURNAL naming a database, each send's journal row is written as the front
+// ends write it, and its time is counted with the send's. Made in main, gone before the
+// application is.
+std::unique_ptr<JournalWriter> journal;
+
 // SendData of the file; it failed when it showed a box (a time-out).
 Run sendRun(const QString &device, qint16 type, int baud, const QString &path) {
     Sender s(device, type, baud);
@@ -107,6 +114,8 @@ Run sendRun(const QString &device, qint16 type, int baud, const QString &path) {
     clock.start();
     const double cpu = cpuSeconds();
     SendData(s.link, path);
+    if (journal)
+        journal->add(journalRow(s.link.outcome, journalContext(s.g, device), s.g));
     const Run r{double(clock.nsecsElapsed()) / 1e9, cpuSeconds() - cpu};
     return s.screen.boxes == 0 ? r : Run{};
 }
@@ -377,6 +386,10 @@ void paced(const QTemporaryDir &dir, Summary &summary) {
 int main(int argc, char **argv) {
     QCoreApplication app(argc, argv);
     useBuiltVControl();
+    if (const QString name = qEnvironmentVariable("DNC_BENCH_JOURNAL"); !name.isEmpty())
+        journal = std::make_unique<JournalWriter>(
+            JournalTarget{name, !name.startsWith(QLatin1String("postgres"))},
+            [](const QString &text) { std::fprintf(stderr, "%s\n", qPrintable(text)); });
     const QStringList parts = app.arguments().mid(1);
     const auto wanted = [&](const char *n) { return parts.isEmpty() || parts.contains(n); };
     QTemporaryDir dir;
@@ -392,5 +405,8 @@ int main(int argc, char **argv) {
     std::printf("Summary\n");
     for (const auto &[what, figure] : summary.rows)
         std::printf("   %-78s %s\n", qPrintable(what), qPrintable(figure));
+    if (journal)
+        std::printf("   journal: %lld rows kept unwritten\n", qint64(journal->kept()));
+    journal.reset();
     return 0;
 }

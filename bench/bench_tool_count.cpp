@@ -1,6 +1,7 @@
 // Tool counts per second, through the path a send takes (UpdateToolList: a connection of its
-// own, the scan, one transaction per tool line), with 1 and with 8 stations at once: on the
-// PostgreSQL server named by DNC_PG_URI, and on one SQLite file.
+// own, the scan, the count), with 1 and with 8 stations at once, and how long one program of 100
+// tool lines waits for its count: on the PostgreSQL server named by DNC_PG_URI, and on one
+// SQLite file.
 //
 //   DNC_PG_DURABLE=1 scripts/lib/pg-cluster.sh run build/bench/bench_tool_count [programs]
 //
@@ -18,6 +19,7 @@
 #include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QTextStream>
+#include <algorithm>
 #include <cstdio>
 #include <thread>
 
@@ -108,6 +110,36 @@ Figure measure(const QString &database, const QString &folder, int stations, int
     return figure;
 }
 
+// Milliseconds that UpdateToolList takes for one program of 100 tool lines, the median of
+// `runs`: the first run makes the rows, the others count them up.
+double programMs(const QString &database, const QString &folder, int runs) {
+    if (!run(database, QStringLiteral("DELETE FROM tool_list")))
+        qFatal("cannot empty tool_list of %s", qPrintable(toolDbDisplayName(database)));
+    QByteArray text = "(PART)\r\n";
+    for (int m = 0; m < 100; ++m)
+        text += "/T" + QByteArray::number(m + 1) + " tool " + QByteArray::number(m) + "\r\n";
+    text += "%\r\nM30\r\n";
+    QFile file(folder + QStringLiteral("/hundred.tap"));
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+        qFatal("cannot write %s", qPrintable(file.fileName()));
+    file.close();
+    Globals g;
+    g.DatabasePath = database;
+    RecordingScreen screen;
+    ToolListUpdater updater(g, screen);
+    QList<double> times;
+    for (int i = 0; i < runs; ++i) {
+        QElapsedTimer clock;
+        clock.start();
+        updater.UpdateToolList(file.fileName());
+        times << clock.nsecsElapsed() / 1e6;
+    }
+    if (!screen.boxes.isEmpty())
+        qFatal("the count failed: %s", qPrintable(screen.boxes.first().text));
+    std::sort(times.begin(), times.end());
+    return times[times.size() / 2];
+}
+
 } // namespace
 
 int main(int argc, char *argv[]) {
@@ -141,6 +173,11 @@ int main(int argc, char *argv[]) {
     out << "Tool counts per second (" << programs << " programs of " << LinesPerProgram
         << " tool lines per station, " << Names << " names, a connection per send, busy time-out "
         << waitText(DefaultBusyTimeoutMs) << ")\n";
+    for (const auto &[engine, database] : databases)
+        out << QStringLiteral("%1 one program of 100 tool lines: %2 ms (median of 21)")
+                   .arg(engine + u',', -12)
+                   .arg(programMs(database, folder.path(), 21), 0, 'f', 1)
+            << Qt::endl;
     for (const auto &[engine, database] : databases)
         for (const int stations : {1, 8}) {
             const Figure f = measure(database, folder.path(), stations, programs);

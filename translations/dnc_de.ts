@@ -55,10 +55,6 @@
         <translation>Zeile %1 ist länger als %2</translation>
     </message>
     <message>
-        <source>%1: %2</source>
-        <translation>%1: %2</translation>
-    </message>
-    <message>
         <source>%1 %2: only a regular file can be sent.</source>
         <translation>%1 %2: nur eine normale Datei kann gesendet werden.</translation>
     </message>
@@ -86,36 +82,52 @@
         <source>%1 is line %2, inside the program&apos;s head (its first %3 lines, which go first anyway)</source>
         <translation>%1 ist Zeile %2, im Programmkopf (seine ersten %3 Zeilen, die ohnehin zuerst gesendet werden)</translation>
     </message>
+    <message>
+        <source>The program cannot be saved: %1 %2.</source>
+        <translation>Das Programm kann nicht gespeichert werden: %1 %2.</translation>
+    </message>
+    <message>
+        <source>The program cannot be saved as %1: %2</source>
+        <translation>Das Programm kann nicht als %1 gespeichert werden: %2</translation>
+    </message>
+    <message>
+        <source>The NC file %1 cannot be sent: %2</source>
+        <translation>Die NC-Datei %1 kann nicht gesendet werden: %2</translation>
+    </message>
 </context>
 <context>
     <name>Journal</name>
     <message>
         <source>The folder &quot;%1&quot; cannot be created.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Ordner „%1“ kann nicht angelegt werden.</translation>
     </message>
     <message>
         <source>The journal &quot;%1&quot; cannot be created: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Das Journal „%1“ kann nicht angelegt werden: %2</translation>
     </message>
     <message>
         <source>The journal&apos;s tables are not built in.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Tabellen des Journals sind nicht eingebaut.</translation>
     </message>
     <message>
         <source>The journal&apos;s tables cannot be made in %1: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Tabellen des Journals können in %1 nicht angelegt werden: %2</translation>
+    </message>
+    <message>
+        <source>%1 row(s) of the journal could not be written and are lost.</source>
+        <translation>%1 Zeile(n) des Journals konnten nicht geschrieben werden und sind verloren.</translation>
+    </message>
+    <message>
+        <source>There is no journal of this run.</source>
+        <translation>Für diesen Lauf gibt es kein Journal.</translation>
+    </message>
+    <message>
+        <source>The journal of transfers cannot be written: %1 The transfers go on; their rows are kept and written as soon as it can be.</source>
+        <translation>Das Journal der Übertragungen kann nicht geschrieben werden: %1 Die Übertragungen laufen weiter; ihre Zeilen werden aufbewahrt und geschrieben, sobald es wieder geht.</translation>
     </message>
 </context>
 <context>
     <name>Port</name>
-    <message>
-        <source>%1: %2</source>
-        <translation>%1: %2</translation>
-    </message>
-    <message>
-        <source>The port</source>
-        <translation>Die Schnittstelle</translation>
-    </message>
     <message>
         <source>no serial port is set up (expected COM1: to COM4:). Choose one with Setup.</source>
         <translation>keine serielle Schnittstelle eingestellt (COM1: bis COM4: erwartet). Bitte unter Einstellungen eine wählen.</translation>
@@ -145,26 +157,6 @@
         <translation>die Stoppbits müssen 1 oder 2 sein, nicht „%1“</translation>
     </message>
     <message>
-        <source>cannot be opened: there is no such device, and this PC has no serial device at all. Is the adapter plugged in?</source>
-        <translation>kann nicht geöffnet werden: dieses Gerät gibt es nicht, und dieser PC hat überhaupt keine serielle Schnittstelle. Ist der Adapter eingesteckt?</translation>
-    </message>
-    <message>
-        <source>cannot be opened: there is no such device. This PC has: %1.</source>
-        <translation>kann nicht geöffnet werden: dieses Gerät gibt es nicht. Dieser PC hat: %1.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: there is no such device. This PC has: %1. Choose the device of %2 with Setup.</source>
-        <translation>kann nicht geöffnet werden: dieses Gerät gibt es nicht. Dieser PC hat: %1. Das Gerät für %2 unter Einstellungen wählen.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: another program holds it (%1). Close that program (a terminal, another DNC program) and try again.</source>
-        <translation>kann nicht geöffnet werden: ein anderes Programm belegt sie (%1). Dieses Programm (ein Terminal, ein anderes DNC-Programm) beenden und noch einmal versuchen.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: the user %1 may not open it (%2). </source>
-        <translation>kann nicht geöffnet werden: der Benutzer %1 darf sie nicht öffnen (%2). </translation>
-    </message>
-    <message>
         <source>The group %1 may open it: add the user to it with  %2  then log out and in again.</source>
         <translation>Die Gruppe %1 darf sie öffnen: den Benutzer mit  %2  hinzufügen, dann ab- und wieder anmelden.</translation>
     </message>
@@ -177,24 +169,12 @@
         <translation>; dieses Gerät (%1) lässt keine Gruppe zu: bitte den Administrator fragen.</translation>
     </message>
     <message>
-        <source>cannot be opened: it is open already</source>
-        <translation>kann nicht geöffnet werden: sie ist schon offen</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1</source>
-        <translation>kann nicht geöffnet werden: %1</translation>
-    </message>
-    <message>
         <source>the station of section %1 (process %2)</source>
         <translation>die Station des Abschnitts %1 (Prozess %2)</translation>
     </message>
     <message>
         <source>the line settings &quot;%1&quot; cannot be used: %2</source>
         <translation>die Leitungseinstellungen „%1“ sind nicht verwendbar: %2</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 holds it. Stop the station (systemctl stop dnc-station@%2) to use the port here.</source>
-        <translation>kann nicht geöffnet werden: %1 belegt sie. Die Station anhalten (systemctl stop dnc-station@%2), um die Schnittstelle hier zu benutzen.</translation>
     </message>
     <message>
         <source>the port is not open</source>
@@ -221,64 +201,12 @@
         <translation>%1 (Prozess %2)</translation>
     </message>
     <message>
-        <source>cannot be opened: %1 holds it (%2). Close that program and try again.</source>
-        <translation>kann nicht geöffnet werden: %1 belegt sie (%2). Dieses Programm beenden und noch einmal versuchen.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: the name %1 does not resolve to an address. Check the device server&apos;s name, or give its address.</source>
-        <translation>kann nicht geöffnet werden: der Name %1 ergibt keine Adresse. Den Namen des Geräteservers prüfen oder seine Adresse angeben.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 refused the connection. Nothing listens there: check the port number set on the device server, and that it is on.</source>
-        <translation>kann nicht geöffnet werden: %1 hat die Verbindung abgelehnt. Dort hört nichts: die am Geräteserver eingestellte Portnummer prüfen und ob er eingeschaltet ist.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: the connection to %1 failed (%2)</source>
-        <translation>kann nicht geöffnet werden: die Verbindung zu %1 ist fehlgeschlagen (%2)</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 did not answer within %2 s. Is the device server on, and its address right?</source>
-        <translation>kann nicht geöffnet werden: %1 hat nicht innerhalb von %2 s geantwortet. Ist der Geräteserver eingeschaltet und seine Adresse richtig?</translation>
-    </message>
-    <message>
         <source>the opening was given up</source>
         <translation>das Öffnen wurde abgebrochen</translation>
     </message>
     <message>
-        <source>cannot be opened: %1 does not take RFC 2217 (COM port control). If it carries the line&apos;s bytes alone, name it tcp://%2:%3.</source>
-        <translation>kann nicht geöffnet werden: %1 beherrscht RFC 2217 (Steuerung der COM-Schnittstelle) nicht. Überträgt er nur die Bytes der Leitung, ihn als tcp://%2:%3 angeben.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 sent what is not Telnet (%2)</source>
-        <translation>kann nicht geöffnet werden: %1 hat etwas gesendet, das kein Telnet ist (%2)</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 closed the connection while the line was set up</source>
-        <translation>kann nicht geöffnet werden: %1 hat die Verbindung beim Einstellen der Leitung geschlossen</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 did not confirm the %2 within %3 s</source>
-        <translation>kann nicht geöffnet werden: %1 hat die Einstellung %2 nicht innerhalb von %3 s bestätigt</translation>
-    </message>
-    <message>
         <source>an answer of %1 bytes</source>
         <translation>eine Antwort von %1 Byte</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 refused the baud rate %2: it set %3</source>
-        <translation>kann nicht geöffnet werden: %1 hat die Baudrate %2 abgelehnt: eingestellt ist %3</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 refused %2 data bits: it set %3</source>
-        <translation>kann nicht geöffnet werden: %1 hat %2 Datenbits abgelehnt: eingestellt ist %3</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 refused the parity %2: it set %3</source>
-        <translation>kann nicht geöffnet werden: %1 hat die Parität %2 abgelehnt: eingestellt ist %3</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 refused %2 stop bits: it set %3</source>
-        <translation>kann nicht geöffnet werden: %1 hat %2 Stoppbits abgelehnt: eingestellt ist %3</translation>
     </message>
     <message>
         <source>the device server sent what is not Telnet (%1): the line&apos;s characters behind it cannot be trusted</source>
@@ -295,6 +223,98 @@
     <message>
         <source>the device is gone: the connection to %1 was lost (%2)</source>
         <translation>die Schnittstelle ist weg: die Verbindung zu %1 ist verloren (%2)</translation>
+    </message>
+    <message>
+        <source>The port %1 failed: %2</source>
+        <translation>Die Schnittstelle %1 ist ausgefallen: %2</translation>
+    </message>
+    <message>
+        <source>No port can be opened: %1</source>
+        <translation>Es kann keine Schnittstelle geöffnet werden: %1</translation>
+    </message>
+    <message>
+        <source>The port %1 cannot be opened: %2</source>
+        <translation>Die Schnittstelle %1 kann nicht geöffnet werden: %2</translation>
+    </message>
+    <message>
+        <source>the name %1 does not resolve to an address. Check the device server&apos;s name, or give its address.</source>
+        <translation>der Name %1 ergibt keine Adresse. Den Namen des Geräteservers prüfen oder seine Adresse angeben.</translation>
+    </message>
+    <message>
+        <source>%1 refused the connection. Nothing listens there: check the port number set on the device server, and that it is on.</source>
+        <translation>%1 hat die Verbindung abgelehnt. Dort hört nichts: die am Geräteserver eingestellte Portnummer prüfen und ob er eingeschaltet ist.</translation>
+    </message>
+    <message>
+        <source>the connection to %1 failed (%2)</source>
+        <translation>die Verbindung zu %1 ist fehlgeschlagen (%2)</translation>
+    </message>
+    <message>
+        <source>%1 did not answer within %2 s. Is the device server on, and its address right?</source>
+        <translation>%1 hat nicht innerhalb von %2 s geantwortet. Ist der Geräteserver eingeschaltet und seine Adresse richtig?</translation>
+    </message>
+    <message>
+        <source>%1 does not take RFC 2217 (COM port control). If it carries the line&apos;s bytes alone, name it tcp://%2:%3.</source>
+        <translation>%1 beherrscht RFC 2217 (Steuerung der COM-Schnittstelle) nicht. Überträgt er nur die Bytes der Leitung, ihn als tcp://%2:%3 angeben.</translation>
+    </message>
+    <message>
+        <source>%1 sent what is not Telnet (%2)</source>
+        <translation>%1 hat etwas gesendet, das kein Telnet ist (%2)</translation>
+    </message>
+    <message>
+        <source>%1 closed the connection while the line was set up</source>
+        <translation>%1 hat die Verbindung beim Einstellen der Leitung geschlossen</translation>
+    </message>
+    <message>
+        <source>%1 did not confirm the %2 within %3 s</source>
+        <translation>%1 hat die Einstellung %2 nicht innerhalb von %3 s bestätigt</translation>
+    </message>
+    <message>
+        <source>%1 refused the baud rate %2: it set %3</source>
+        <translation>%1 hat die Baudrate %2 abgelehnt: eingestellt ist %3</translation>
+    </message>
+    <message>
+        <source>%1 refused %2 data bits: it set %3</source>
+        <translation>%1 hat %2 Datenbits abgelehnt: eingestellt ist %3</translation>
+    </message>
+    <message>
+        <source>%1 refused the parity %2: it set %3</source>
+        <translation>%1 hat die Parität %2 abgelehnt: eingestellt ist %3</translation>
+    </message>
+    <message>
+        <source>%1 refused %2 stop bits: it set %3</source>
+        <translation>%1 hat %2 Stoppbits abgelehnt: eingestellt ist %3</translation>
+    </message>
+    <message>
+        <source>there is no such device, and this PC has no serial device at all. Is the adapter plugged in?</source>
+        <translation>dieses Gerät gibt es nicht, und dieser PC hat überhaupt keine serielle Schnittstelle. Ist der Adapter eingesteckt?</translation>
+    </message>
+    <message>
+        <source>there is no such device. This PC has: %1.</source>
+        <translation>dieses Gerät gibt es nicht. Dieser PC hat: %1.</translation>
+    </message>
+    <message>
+        <source>there is no such device. This PC has: %1. Choose the device of %2 with Setup.</source>
+        <translation>dieses Gerät gibt es nicht. Dieser PC hat: %1. Das Gerät für %2 unter Einstellungen wählen.</translation>
+    </message>
+    <message>
+        <source>%1 holds it (%2). Close that program and try again.</source>
+        <translation>%1 belegt sie (%2). Dieses Programm beenden und noch einmal versuchen.</translation>
+    </message>
+    <message>
+        <source>another program holds it (%1). Close that program (a terminal, another DNC program) and try again.</source>
+        <translation>ein anderes Programm belegt sie (%1). Dieses Programm (ein Terminal, ein anderes DNC-Programm) beenden und noch einmal versuchen.</translation>
+    </message>
+    <message>
+        <source>the user %1 may not open it (%2). </source>
+        <translation>der Benutzer %1 darf sie nicht öffnen (%2). </translation>
+    </message>
+    <message>
+        <source>it is open already</source>
+        <translation>sie ist schon offen</translation>
+    </message>
+    <message>
+        <source>%1 holds it. Stop the station (systemctl stop dnc-station@%2) to use the port here.</source>
+        <translation>%1 belegt sie. Die Station anhalten (systemctl stop dnc-station@%2), um die Schnittstelle hier zu benutzen.</translation>
     </message>
 </context>
 <context>
@@ -444,10 +464,6 @@ SIGTERM hält sie an, SIGHUP liest dnc.ini zwischen zwei Übertragungen neu.
         <translation>%1 bedient sie schon</translation>
     </message>
     <message>
-        <source>%1: %2</source>
-        <translation>%1: %2</translation>
-    </message>
-    <message>
         <source>%1; trying again every %2 s</source>
         <translation>%1; neuer Versuch alle %2 s</translation>
     </message>
@@ -567,10 +583,6 @@ SIGTERM hält sie an, SIGHUP liest dnc.ini zwischen zwei Übertragungen neu.
 <context>
     <name>ToolList</name>
     <message>
-        <source>The tool &quot;%1&quot; cannot be counted: %2</source>
-        <translation>Das Werkzeug „%1“ kann nicht gezählt werden: %2</translation>
-    </message>
-    <message>
         <source>The tool &quot;%1&quot; and those after it in this program were not counted: the tool database %2 is busy (another station or program holds it locked) and stayed so for %3, the longest this program waits.</source>
         <translation>Das Werkzeug „%1“ und die folgenden dieses Programms wurden nicht gezählt: die Werkzeugdatenbank %2 ist belegt (eine andere Station oder ein anderes Programm hält sie gesperrt) und blieb es %3 lang, so lange, wie dieses Programm höchstens wartet.</translation>
     </message>
@@ -655,12 +667,32 @@ SIGTERM hält sie an, SIGHUP liest dnc.ini zwischen zwei Übertragungen neu.
         <translation>Die Werkzeugzeile „%1“ hat nach ihrer Nummer keinen Werkzeugnamen.</translation>
     </message>
     <message>
-        <source>%1: %2</source>
-        <translation>%1: %2</translation>
-    </message>
-    <message>
         <source>The tool database is busy with another station or program: waiting up to %1 for it.</source>
         <translation>Die Werkzeugdatenbank ist von einer anderen Station oder einem anderen Programm belegt: warte höchstens %1.</translation>
+    </message>
+    <message>
+        <source>The tools of %1 cannot be counted: it cannot be read (%2).</source>
+        <translation>Die Werkzeuge von %1 können nicht gezählt werden: die Datei ist nicht lesbar (%2).</translation>
+    </message>
+    <message>
+        <source>The tools of this program were not counted: the tool database %1 failed: %2</source>
+        <translation>Die Werkzeuge dieses Programms wurden nicht gezählt: Fehler der Werkzeugdatenbank %1: %2</translation>
+    </message>
+    <message>
+        <source>The tool name &quot;%1&quot; holds a NUL character, which a tool name may not hold.</source>
+        <translation>Der Werkzeugname „%1“ enthält ein NUL-Zeichen, das in einem Werkzeugnamen nicht stehen darf.</translation>
+    </message>
+    <message>
+        <source>The tool name &quot;%1&quot; is %2 bytes long; a tool name may hold at most %3.</source>
+        <translation>Der Werkzeugname „%1“ ist %2 Bytes lang; ein Werkzeugname darf höchstens %3 haben.</translation>
+    </message>
+    <message>
+        <source>the connection was lost.</source>
+        <translation>die Verbindung ist abgerissen.</translation>
+    </message>
+    <message>
+        <source>The change was not saved: the connection to the tool database %1 was lost.</source>
+        <translation>Die Änderung wurde nicht gespeichert: die Verbindung zur Werkzeugdatenbank %1 ist abgerissen.</translation>
     </message>
 </context>
 <context>
@@ -1162,6 +1194,40 @@ Siehe „dncctl --help“.
         <translation>--from-line, --from-block und --from-tool gelten nur für send</translation>
     </message>
     <message>
+        <source>the journal cannot be read: %1</source>
+        <translation>das Journal kann nicht gelesen werden: %1</translation>
+    </message>
+    <message>
+        <source>the journal&apos;s rows cannot be removed: %1</source>
+        <translation>die Zeilen des Journals können nicht gelöscht werden: %1</translation>
+    </message>
+    <message>
+        <source>%1 row(s) removed from the journal.
+</source>
+        <translation>%1 Zeile(n) aus dem Journal gelöscht.
+</translation>
+    </message>
+    <message>
+        <source>standard output cannot be written</source>
+        <translation>die Standardausgabe kann nicht geschrieben werden</translation>
+    </message>
+    <message>
+        <source>%1 takes a date such as 2026-11-24 or 2026-11-24T08:30, not &quot;%2&quot;</source>
+        <translation>%1 erwartet ein Datum wie 2026-11-24 oder 2026-11-24T08:30, nicht „%2“</translation>
+    </message>
+    <message>
+        <source>--format takes table, csv or json, not &quot;%1&quot;</source>
+        <translation>--format erwartet table, csv oder json, nicht „%1“</translation>
+    </message>
+    <message>
+        <source>--outcome takes one of %1, not &quot;%2&quot;</source>
+        <translation>--outcome erwartet eins von %1, nicht „%2“</translation>
+    </message>
+    <message>
+        <source>--prune-before takes no other option</source>
+        <translation>--prune-before nimmt keine weitere Option</translation>
+    </message>
+    <message>
         <source>Usage: dncctl [options] COMMAND [arguments]
 
 Moves NC programs between this PC and a CNC over the serial line, with the settings
@@ -1177,6 +1243,17 @@ Commands:
   change             CC, change program (&quot;303&quot;)
   execute            CE, change execute (&quot;303&quot;)
   delete NAME        DC, delete the program NAME on a control &quot;504&quot;
+  journal            the journal of transfers: one row per operation of the window,
+                     dncctl and the stations, in the -d database or else in
+                     $XDG_STATE_HOME/dnc/journal.db; oldest first
+    --since DATE     rows from DATE on (2026-11-24 or 2026-11-24T08:30, UTC)
+    --until DATE     rows before DATE (a day given alone is taken in whole)
+    --machine NAME   the rows of one machine (the section)
+    --outcome WHAT   done, timeout, port_failure, interrupted, refused,
+                     not_on_control, file_failure, not_counted, cancelled
+    --format F       table (default), csv (RFC 4180, a header row) or json
+  journal --prune-before DATE
+                     removes the rows and the tool usage from before DATE
 
 Options, before the command, each value as its own argument:
   -c CODE            language of the messages: 044 English, 033 French, 049 German;
@@ -1210,7 +1287,8 @@ Exit status:
   4    port failure: absent, busy, refused its settings, or gone
   5    file failure: the file to send or to write cannot be used
   6    no such program on the control, or the control sent none
-  7    the tool database cannot be used; nothing was sent
+  7    the tool database cannot be used; nothing was sent (journal: the
+       journal&apos;s database cannot be read or changed)
   8    not offered by the control type, or the settings are incomplete
   9    sent, but the tools were not counted (the tool database failed)
   10   ended, but lines are missing: the send stopped at a blank line, the file
@@ -1233,6 +1311,17 @@ Befehle:
   change             CC, Programmwahl („303“)
   execute            CE, Produktion („303“)
   delete NAME        DC, das Programm NAME in einer Steuerung „504“ löschen
+  journal            das Journal der Übertragungen: eine Zeile je Vorgang des Fensters,
+                     von dncctl und den Stationen, in der Datenbank von -d, sonst in
+                     $XDG_STATE_HOME/dnc/journal.db; die ältesten zuerst
+    --since DATUM    die Zeilen ab DATUM (2026-11-24 oder 2026-11-24T08:30, UTC)
+    --until DATUM    die Zeilen vor DATUM (ein Tag allein zählt ganz)
+    --machine NAME   die Zeilen einer Maschine (der Abschnitt)
+    --outcome WAS    done, timeout, port_failure, interrupted, refused,
+                     not_on_control, file_failure, not_counted, cancelled
+    --format F       table (Standard), csv (RFC 4180, eine Kopfzeile) oder json
+  journal --prune-before DATUM
+                     löscht die Zeilen und die Werkzeugnutzung von vor DATUM
 
 Optionen, vor dem Befehl, jeder Wert als eigenes Argument:
   -c CODE            Sprache der Meldungen: 044 Englisch, 033 Französisch, 049 Deutsch;
@@ -1266,7 +1355,8 @@ Rückgabewert:
   4    Schnittstellenfehler: nicht vorhanden, belegt, Einstellungen abgelehnt oder weg
   5    Dateifehler: die zu sendende oder zu schreibende Datei ist nicht verwendbar
   6    Programm nicht in der Steuerung, oder die Steuerung hat keines gesendet
-  7    die Werkzeugdatenbank ist nicht verwendbar; nichts wurde gesendet
+  7    die Werkzeugdatenbank ist nicht verwendbar; nichts wurde gesendet (journal:
+       die Datenbank des Journals kann nicht gelesen oder geändert werden)
   8    vom Steuerungstyp nicht angeboten, oder die Einstellungen sind unvollständig
   9    gesendet, aber die Werkzeuge nicht gezählt (die Werkzeugdatenbank versagte)
   10   beendet, aber es fehlen Zeilen: das Senden endete an einer Leerzeile, die Datei

@@ -55,10 +55,6 @@
         <translation>la ligne %1 dépasse %2</translation>
     </message>
     <message>
-        <source>%1: %2</source>
-        <translation>%1 : %2</translation>
-    </message>
-    <message>
         <source>%1 %2: only a regular file can be sent.</source>
         <translation>%1 %2 : seul un fichier ordinaire peut être envoyé.</translation>
     </message>
@@ -86,36 +82,52 @@
         <source>%1 is line %2, inside the program&apos;s head (its first %3 lines, which go first anyway)</source>
         <translation>%1 est la ligne %2, dans l&apos;en-tête du programme (ses %3 premières lignes, qui partent de toute façon en premier)</translation>
     </message>
+    <message>
+        <source>The program cannot be saved: %1 %2.</source>
+        <translation>Le programme ne peut pas être enregistré : %1 %2.</translation>
+    </message>
+    <message>
+        <source>The program cannot be saved as %1: %2</source>
+        <translation>Le programme ne peut pas être enregistré sous %1 : %2</translation>
+    </message>
+    <message>
+        <source>The NC file %1 cannot be sent: %2</source>
+        <translation>Le fichier CN %1 ne peut pas être envoyé : %2</translation>
+    </message>
 </context>
 <context>
     <name>Journal</name>
     <message>
         <source>The folder &quot;%1&quot; cannot be created.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le dossier « %1 » ne peut pas être créé.</translation>
     </message>
     <message>
         <source>The journal &quot;%1&quot; cannot be created: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Le journal « %1 » ne peut pas être créé : %2</translation>
     </message>
     <message>
         <source>The journal&apos;s tables are not built in.</source>
-        <translation type="unfinished"></translation>
+        <translation>Les tables du journal ne sont pas intégrées au programme.</translation>
     </message>
     <message>
         <source>The journal&apos;s tables cannot be made in %1: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Les tables du journal ne peuvent pas être créées dans %1 : %2</translation>
+    </message>
+    <message>
+        <source>%1 row(s) of the journal could not be written and are lost.</source>
+        <translation>%1 ligne(s) du journal n&apos;ont pas pu être écrites et sont perdues.</translation>
+    </message>
+    <message>
+        <source>There is no journal of this run.</source>
+        <translation>Pas de journal pour cette session.</translation>
+    </message>
+    <message>
+        <source>The journal of transfers cannot be written: %1 The transfers go on; their rows are kept and written as soon as it can be.</source>
+        <translation>Le journal des transferts ne peut pas être écrit : %1 Les transferts continuent ; leurs lignes sont gardées et écrites dès que possible.</translation>
     </message>
 </context>
 <context>
     <name>Port</name>
-    <message>
-        <source>%1: %2</source>
-        <translation>%1 : %2</translation>
-    </message>
-    <message>
-        <source>The port</source>
-        <translation>Le port</translation>
-    </message>
     <message>
         <source>no serial port is set up (expected COM1: to COM4:). Choose one with Setup.</source>
         <translation>aucun port série n&apos;est réglé (COM1: à COM4: attendu). Choisissez-en un dans Configuration.</translation>
@@ -145,26 +157,6 @@
         <translation>les bits de stop doivent être 1 ou 2, pas « %1 »</translation>
     </message>
     <message>
-        <source>cannot be opened: there is no such device, and this PC has no serial device at all. Is the adapter plugged in?</source>
-        <translation>impossible d&apos;ouvrir le port : ce périphérique n&apos;existe pas, et ce PC n&apos;a aucune interface série. L&apos;adaptateur est-il branché ?</translation>
-    </message>
-    <message>
-        <source>cannot be opened: there is no such device. This PC has: %1.</source>
-        <translation>impossible d&apos;ouvrir le port : ce périphérique n&apos;existe pas. Ce PC a : %1.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: there is no such device. This PC has: %1. Choose the device of %2 with Setup.</source>
-        <translation>impossible d&apos;ouvrir le port : ce périphérique n&apos;existe pas. Ce PC a : %1. Choisissez le périphérique de %2 dans Configuration.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: another program holds it (%1). Close that program (a terminal, another DNC program) and try again.</source>
-        <translation>impossible d&apos;ouvrir le port : un autre programme l&apos;occupe (%1). Fermez ce programme (un terminal, un autre programme DNC) et recommencez.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: the user %1 may not open it (%2). </source>
-        <translation>impossible d&apos;ouvrir le port : l&apos;utilisateur %1 n&apos;en a pas le droit (%2). </translation>
-    </message>
-    <message>
         <source>The group %1 may open it: add the user to it with  %2  then log out and in again.</source>
         <translation>Le groupe %1 y a droit : ajoutez-y l&apos;utilisateur avec  %2  puis fermez la session et reconnectez-vous.</translation>
     </message>
@@ -177,24 +169,12 @@
         <translation> ; ce périphérique (%1) n&apos;est ouvert à aucun groupe : voyez l&apos;administrateur.</translation>
     </message>
     <message>
-        <source>cannot be opened: it is open already</source>
-        <translation>impossible d&apos;ouvrir le port : il est déjà ouvert</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1</source>
-        <translation>impossible d&apos;ouvrir le port : %1</translation>
-    </message>
-    <message>
         <source>the station of section %1 (process %2)</source>
         <translation>la station de la section %1 (processus %2)</translation>
     </message>
     <message>
         <source>the line settings &quot;%1&quot; cannot be used: %2</source>
         <translation>les paramètres de liaison « %1 » sont inutilisables : %2</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 holds it. Stop the station (systemctl stop dnc-station@%2) to use the port here.</source>
-        <translation>impossible d&apos;ouvrir le port : %1 l&apos;occupe. Arrêtez la station (systemctl stop dnc-station@%2) pour utiliser le port ici.</translation>
     </message>
     <message>
         <source>the port is not open</source>
@@ -221,64 +201,12 @@
         <translation>%1 (processus %2)</translation>
     </message>
     <message>
-        <source>cannot be opened: %1 holds it (%2). Close that program and try again.</source>
-        <translation>impossible d&apos;ouvrir le port : %1 l&apos;occupe (%2). Fermez ce programme et recommencez.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: the name %1 does not resolve to an address. Check the device server&apos;s name, or give its address.</source>
-        <translation>impossible d&apos;ouvrir le port : le nom %1 ne donne aucune adresse. Vérifiez le nom du serveur de ports série, ou donnez son adresse.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 refused the connection. Nothing listens there: check the port number set on the device server, and that it is on.</source>
-        <translation>impossible d&apos;ouvrir le port : %1 a refusé la connexion. Rien n&apos;écoute là : vérifiez le numéro de port réglé sur le serveur de ports série, et qu&apos;il est allumé.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: the connection to %1 failed (%2)</source>
-        <translation>impossible d&apos;ouvrir le port : la connexion à %1 a échoué (%2)</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 did not answer within %2 s. Is the device server on, and its address right?</source>
-        <translation>impossible d&apos;ouvrir le port : %1 n&apos;a pas répondu en %2 s. Le serveur de ports série est-il allumé, et son adresse juste ?</translation>
-    </message>
-    <message>
         <source>the opening was given up</source>
         <translation>l&apos;ouverture a été abandonnée</translation>
     </message>
     <message>
-        <source>cannot be opened: %1 does not take RFC 2217 (COM port control). If it carries the line&apos;s bytes alone, name it tcp://%2:%3.</source>
-        <translation>impossible d&apos;ouvrir le port : %1 ne connaît pas RFC 2217 (pilotage du port COM). S&apos;il ne transmet que les octets de la ligne, désignez-le par tcp://%2:%3.</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 sent what is not Telnet (%2)</source>
-        <translation>impossible d&apos;ouvrir le port : %1 a envoyé autre chose que du Telnet (%2)</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 closed the connection while the line was set up</source>
-        <translation>impossible d&apos;ouvrir le port : %1 a fermé la connexion pendant le réglage de la liaison</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 did not confirm the %2 within %3 s</source>
-        <translation>impossible d&apos;ouvrir le port : %1 n&apos;a pas confirmé le réglage %2 en %3 s</translation>
-    </message>
-    <message>
         <source>an answer of %1 bytes</source>
         <translation>une réponse de %1 octets</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 refused the baud rate %2: it set %3</source>
-        <translation>impossible d&apos;ouvrir le port : %1 a refusé la vitesse %2 : il a réglé %3</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 refused %2 data bits: it set %3</source>
-        <translation>impossible d&apos;ouvrir le port : %1 a refusé %2 bits de données : il a réglé %3</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 refused the parity %2: it set %3</source>
-        <translation>impossible d&apos;ouvrir le port : %1 a refusé la parité %2 : il a réglé %3</translation>
-    </message>
-    <message>
-        <source>cannot be opened: %1 refused %2 stop bits: it set %3</source>
-        <translation>impossible d&apos;ouvrir le port : %1 a refusé %2 bits de stop : il a réglé %3</translation>
     </message>
     <message>
         <source>the device server sent what is not Telnet (%1): the line&apos;s characters behind it cannot be trusted</source>
@@ -295,6 +223,98 @@
     <message>
         <source>the device is gone: the connection to %1 was lost (%2)</source>
         <translation>l&apos;interface a disparu : la connexion à %1 est perdue (%2)</translation>
+    </message>
+    <message>
+        <source>The port %1 failed: %2</source>
+        <translation>Le port %1 est en défaut : %2</translation>
+    </message>
+    <message>
+        <source>No port can be opened: %1</source>
+        <translation>Aucun port ne peut être ouvert : %1</translation>
+    </message>
+    <message>
+        <source>The port %1 cannot be opened: %2</source>
+        <translation>Impossible d&apos;ouvrir le port %1 : %2</translation>
+    </message>
+    <message>
+        <source>the name %1 does not resolve to an address. Check the device server&apos;s name, or give its address.</source>
+        <translation>le nom %1 ne donne aucune adresse. Vérifiez le nom du serveur de ports série, ou donnez son adresse.</translation>
+    </message>
+    <message>
+        <source>%1 refused the connection. Nothing listens there: check the port number set on the device server, and that it is on.</source>
+        <translation>%1 a refusé la connexion. Rien n&apos;écoute là : vérifiez le numéro de port réglé sur le serveur de ports série, et qu&apos;il est allumé.</translation>
+    </message>
+    <message>
+        <source>the connection to %1 failed (%2)</source>
+        <translation>la connexion à %1 a échoué (%2)</translation>
+    </message>
+    <message>
+        <source>%1 did not answer within %2 s. Is the device server on, and its address right?</source>
+        <translation>%1 n&apos;a pas répondu en %2 s. Le serveur de ports série est-il allumé, et son adresse juste ?</translation>
+    </message>
+    <message>
+        <source>%1 does not take RFC 2217 (COM port control). If it carries the line&apos;s bytes alone, name it tcp://%2:%3.</source>
+        <translation>%1 ne connaît pas RFC 2217 (pilotage du port COM). S&apos;il ne transmet que les octets de la ligne, désignez-le par tcp://%2:%3.</translation>
+    </message>
+    <message>
+        <source>%1 sent what is not Telnet (%2)</source>
+        <translation>%1 a envoyé autre chose que du Telnet (%2)</translation>
+    </message>
+    <message>
+        <source>%1 closed the connection while the line was set up</source>
+        <translation>%1 a fermé la connexion pendant le réglage de la liaison</translation>
+    </message>
+    <message>
+        <source>%1 did not confirm the %2 within %3 s</source>
+        <translation>%1 n&apos;a pas confirmé le réglage %2 en %3 s</translation>
+    </message>
+    <message>
+        <source>%1 refused the baud rate %2: it set %3</source>
+        <translation>%1 a refusé la vitesse %2 : il a réglé %3</translation>
+    </message>
+    <message>
+        <source>%1 refused %2 data bits: it set %3</source>
+        <translation>%1 a refusé %2 bits de données : il a réglé %3</translation>
+    </message>
+    <message>
+        <source>%1 refused the parity %2: it set %3</source>
+        <translation>%1 a refusé la parité %2 : il a réglé %3</translation>
+    </message>
+    <message>
+        <source>%1 refused %2 stop bits: it set %3</source>
+        <translation>%1 a refusé %2 bits de stop : il a réglé %3</translation>
+    </message>
+    <message>
+        <source>there is no such device, and this PC has no serial device at all. Is the adapter plugged in?</source>
+        <translation>ce périphérique n&apos;existe pas, et ce PC n&apos;a aucune interface série. L&apos;adaptateur est-il branché ?</translation>
+    </message>
+    <message>
+        <source>there is no such device. This PC has: %1.</source>
+        <translation>ce périphérique n&apos;existe pas. Ce PC a : %1.</translation>
+    </message>
+    <message>
+        <source>there is no such device. This PC has: %1. Choose the device of %2 with Setup.</source>
+        <translation>ce périphérique n&apos;existe pas. Ce PC a : %1. Choisissez le périphérique de %2 dans Configuration.</translation>
+    </message>
+    <message>
+        <source>%1 holds it (%2). Close that program and try again.</source>
+        <translation>%1 l&apos;occupe (%2). Fermez ce programme et recommencez.</translation>
+    </message>
+    <message>
+        <source>another program holds it (%1). Close that program (a terminal, another DNC program) and try again.</source>
+        <translation>un autre programme l&apos;occupe (%1). Fermez ce programme (un terminal, un autre programme DNC) et recommencez.</translation>
+    </message>
+    <message>
+        <source>the user %1 may not open it (%2). </source>
+        <translation>l&apos;utilisateur %1 n&apos;en a pas le droit (%2). </translation>
+    </message>
+    <message>
+        <source>it is open already</source>
+        <translation>il est déjà ouvert</translation>
+    </message>
+    <message>
+        <source>%1 holds it. Stop the station (systemctl stop dnc-station@%2) to use the port here.</source>
+        <translation>%1 l&apos;occupe. Arrêtez la station (systemctl stop dnc-station@%2) pour utiliser le port ici.</translation>
     </message>
 </context>
 <context>
@@ -444,10 +464,6 @@ SIGTERM l&apos;arrête, SIGHUP relit dnc.ini entre deux transferts.
         <translation>%1 la sert déjà</translation>
     </message>
     <message>
-        <source>%1: %2</source>
-        <translation>%1 : %2</translation>
-    </message>
-    <message>
         <source>%1; trying again every %2 s</source>
         <translation>%1 ; nouvel essai toutes les %2 s</translation>
     </message>
@@ -567,10 +583,6 @@ SIGTERM l&apos;arrête, SIGHUP relit dnc.ini entre deux transferts.
 <context>
     <name>ToolList</name>
     <message>
-        <source>The tool &quot;%1&quot; cannot be counted: %2</source>
-        <translation>L&apos;outil « %1 » ne peut pas être compté : %2</translation>
-    </message>
-    <message>
         <source>The tool &quot;%1&quot; and those after it in this program were not counted: the tool database %2 is busy (another station or program holds it locked) and stayed so for %3, the longest this program waits.</source>
         <translation>L&apos;outil « %1 » et les suivants de ce programme n&apos;ont pas été comptés : la base d&apos;outils %2 est occupée (une autre station ou un autre programme la verrouille) et l&apos;est restée %3, l&apos;attente la plus longue de ce programme.</translation>
     </message>
@@ -655,12 +667,32 @@ SIGTERM l&apos;arrête, SIGHUP relit dnc.ini entre deux transferts.
         <translation>La ligne d&apos;outil « %1 » n&apos;a pas de nom d&apos;outil après son numéro.</translation>
     </message>
     <message>
-        <source>%1: %2</source>
-        <translation>%1 : %2</translation>
-    </message>
-    <message>
         <source>The tool database is busy with another station or program: waiting up to %1 for it.</source>
         <translation>La base d&apos;outils est occupée par une autre station ou un autre programme : attente de %1 au plus.</translation>
+    </message>
+    <message>
+        <source>The tools of %1 cannot be counted: it cannot be read (%2).</source>
+        <translation>Les outils de %1 ne peuvent pas être comptés : le fichier est illisible (%2).</translation>
+    </message>
+    <message>
+        <source>The tools of this program were not counted: the tool database %1 failed: %2</source>
+        <translation>Les outils de ce programme n&apos;ont pas été comptés : la base d&apos;outils %1 a échoué : %2</translation>
+    </message>
+    <message>
+        <source>The tool name &quot;%1&quot; holds a NUL character, which a tool name may not hold.</source>
+        <translation>Le nom d&apos;outil « %1 » contient un caractère NUL, interdit dans un nom d&apos;outil.</translation>
+    </message>
+    <message>
+        <source>The tool name &quot;%1&quot; is %2 bytes long; a tool name may hold at most %3.</source>
+        <translation>Le nom d&apos;outil « %1 » fait %2 octets ; un nom d&apos;outil en compte %3 au plus.</translation>
+    </message>
+    <message>
+        <source>the connection was lost.</source>
+        <translation>la liaison a été perdue.</translation>
+    </message>
+    <message>
+        <source>The change was not saved: the connection to the tool database %1 was lost.</source>
+        <translation>La modification n&apos;a pas été enregistrée : la liaison avec la base d&apos;outils %1 a été perdue.</translation>
     </message>
 </context>
 <context>
@@ -1162,6 +1194,40 @@ Voir « dncctl --help ».
         <translation>--from-line, --from-block et --from-tool ne valent que pour send</translation>
     </message>
     <message>
+        <source>the journal cannot be read: %1</source>
+        <translation>le journal ne peut pas être lu : %1</translation>
+    </message>
+    <message>
+        <source>the journal&apos;s rows cannot be removed: %1</source>
+        <translation>les lignes du journal ne peuvent pas être supprimées : %1</translation>
+    </message>
+    <message>
+        <source>%1 row(s) removed from the journal.
+</source>
+        <translation>%1 ligne(s) supprimée(s) du journal.
+</translation>
+    </message>
+    <message>
+        <source>standard output cannot be written</source>
+        <translation>la sortie standard ne peut pas être écrite</translation>
+    </message>
+    <message>
+        <source>%1 takes a date such as 2026-11-24 or 2026-11-24T08:30, not &quot;%2&quot;</source>
+        <translation>%1 attend une date comme 2026-11-24 ou 2026-11-24T08:30, pas « %2 »</translation>
+    </message>
+    <message>
+        <source>--format takes table, csv or json, not &quot;%1&quot;</source>
+        <translation>--format attend table, csv ou json, pas « %1 »</translation>
+    </message>
+    <message>
+        <source>--outcome takes one of %1, not &quot;%2&quot;</source>
+        <translation>--outcome attend un de %1, pas « %2 »</translation>
+    </message>
+    <message>
+        <source>--prune-before takes no other option</source>
+        <translation>--prune-before ne prend aucune autre option</translation>
+    </message>
+    <message>
         <source>Usage: dncctl [options] COMMAND [arguments]
 
 Moves NC programs between this PC and a CNC over the serial line, with the settings
@@ -1177,6 +1243,17 @@ Commands:
   change             CC, change program (&quot;303&quot;)
   execute            CE, change execute (&quot;303&quot;)
   delete NAME        DC, delete the program NAME on a control &quot;504&quot;
+  journal            the journal of transfers: one row per operation of the window,
+                     dncctl and the stations, in the -d database or else in
+                     $XDG_STATE_HOME/dnc/journal.db; oldest first
+    --since DATE     rows from DATE on (2026-11-24 or 2026-11-24T08:30, UTC)
+    --until DATE     rows before DATE (a day given alone is taken in whole)
+    --machine NAME   the rows of one machine (the section)
+    --outcome WHAT   done, timeout, port_failure, interrupted, refused,
+                     not_on_control, file_failure, not_counted, cancelled
+    --format F       table (default), csv (RFC 4180, a header row) or json
+  journal --prune-before DATE
+                     removes the rows and the tool usage from before DATE
 
 Options, before the command, each value as its own argument:
   -c CODE            language of the messages: 044 English, 033 French, 049 German;
@@ -1210,7 +1287,8 @@ Exit status:
   4    port failure: absent, busy, refused its settings, or gone
   5    file failure: the file to send or to write cannot be used
   6    no such program on the control, or the control sent none
-  7    the tool database cannot be used; nothing was sent
+  7    the tool database cannot be used; nothing was sent (journal: the
+       journal&apos;s database cannot be read or changed)
   8    not offered by the control type, or the settings are incomplete
   9    sent, but the tools were not counted (the tool database failed)
   10   ended, but lines are missing: the send stopped at a blank line, the file
@@ -1233,6 +1311,17 @@ Commandes :
   change             CC, changement de programme (« 303 »)
   execute            CE, changement d&apos;exécution (« 303 »)
   delete NOM         DC, effacer le programme NOM d&apos;une CN « 504 »
+  journal            le journal des transferts : une ligne par opération de la fenêtre,
+                     de dncctl et des stations, dans la base -d ou sinon dans
+                     $XDG_STATE_HOME/dnc/journal.db ; les plus anciennes d&apos;abord
+    --since DATE     les lignes à partir de DATE (2026-11-24 ou 2026-11-24T08:30, UTC)
+    --until DATE     les lignes avant DATE (un jour seul est pris en entier)
+    --machine NOM    les lignes d&apos;une machine (la section)
+    --outcome QUOI   done, timeout, port_failure, interrupted, refused,
+                     not_on_control, file_failure, not_counted, cancelled
+    --format F       table (par défaut), csv (RFC 4180, une ligne d&apos;en-tête) ou json
+  journal --prune-before DATE
+                     supprime les lignes et l&apos;usage des outils d&apos;avant DATE
 
 Options, avant la commande, chaque valeur en argument séparé :
   -c CODE            langue des messages : 044 anglais, 033 français, 049 allemand ;
@@ -1266,7 +1355,8 @@ Code de sortie :
   4    erreur de port : absent, occupé, réglages refusés, ou disparu
   5    erreur de fichier : le fichier à envoyer ou à écrire est inutilisable
   6    programme absent de la CN, ou la CN n&apos;en a envoyé aucun
-  7    la base d&apos;outils est inutilisable ; rien n&apos;a été envoyé
+  7    la base d&apos;outils est inutilisable ; rien n&apos;a été envoyé (journal : la
+       base du journal ne peut être ni lue ni modifiée)
   8    non disponible pour ce type de CN, ou réglages incomplets
   9    envoyé, mais outils non comptés (la base d&apos;outils a échoué)
   10   terminé, mais il manque des lignes : l&apos;envoi s&apos;est arrêté à une ligne vide, le

@@ -177,6 +177,8 @@ void DncWindow::frame(CommandIndex index) {
     default:
         break;
     }
+    if (m_journal && index != SetupCommand && index != HelpCommand)
+        m_journal(m_link->outcome);
 
     Enable_cmd();
 }

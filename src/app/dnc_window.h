@@ -9,6 +9,7 @@
 
 #include <QWidget>
 #include <array>
+#include <functional>
 #include <memory>
 
 class Comm;
@@ -38,6 +39,11 @@ public:
     void Command1_Click(int index);
     void Command2_Click();
     void Enable_cmd();
+
+    // Hears the record of each operation a button ran, once it has ended (the journal).
+    void setJournal(std::function<void(const OutcomeRecord &)> journal) {
+        m_journal = std::move(journal);
+    }
 
     // What the setup dialog offers as the port's device.
     void setSerialDeviceScan(SerialDeviceScan scan) { m_deviceScan = std::move(scan); }
@@ -69,4 +75,5 @@ private:
     Yield &m_yield;
     bool m_gridOff = false; // the grid could not be read; tried again after each send
     bool m_startRefused = false;
+    std::function<void(const OutcomeRecord &)> m_journal;
 };

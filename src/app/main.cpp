@@ -1,5 +1,6 @@
 #include "command_line.h"
 #include "dnc_window.h"
+#include "journal_writer.h"
 #include "profile.h"
 #include "real_link_parts.h"
 #include "serial_devices.h"
@@ -7,6 +8,8 @@
 #include <QApplication>
 #include <QIcon>
 #include <QTimer>
+
+#include <cstdio>
 
 // How long the window is left to show and paint itself before its picture is taken.
 constexpr int ScreenshotDelayMs = 1500;
@@ -24,6 +27,21 @@ int main(int argc, char *argv[]) {
     if (window.startRefused())
         return 2;
     window.setSerialDeviceScan([] { return presentSerialDevices(); });
+
+    // The journal says nothing in the window: a failure goes to standard error, once.
+    JournalWriter journal(journalTarget(g.DatabasePath), [](const QString &text) {
+        std::fputs(("dnc: " + text + '\n').toLocal8Bit().constData(), stderr);
+    });
+    window.setJournal([&journal, &g, &parts](const OutcomeRecord &r) {
+        if (journalEnabled(g))
+            journal.add(journalRow(r, journalContext(g, parts.comm.devicePath()), g));
+    });
+    QTimer retry;
+    QObject::connect(&retry, &QTimer::timeout, [&journal] {
+        if (journal.kept() > 0)
+            journal.flush();
+    });
+    retry.start(JournalRetryMs);
     window.show();
 
     // For a machine without a screen: a picture of the window, then the end.

@@ -1,6 +1,7 @@
 #include "ctl_options.h"
 
 #include "command_line.h"
+#include "journal_reader.h"
 #include "languages.h"
 
 #include <QCoreApplication>
@@ -32,6 +33,69 @@ constexpr Command Commands[] = {
     {"execute", CtlCommand::Execute, 0, 0, "execute"},
     {"delete", CtlCommand::Delete, 1, 1, "delete NAME"},
 };
+
+const QStringList &journalOutcomes() {
+    static const QStringList outcomes{"done",      "timeout",        "port_failure", "interrupted",
+                                      "refused",   "not_on_control", "file_failure", "not_counted",
+                                      "cancelled", "rows_lost"};
+    return outcomes;
+}
+
+// The arguments of "journal", which are options of its own.
+QString parseJournalArguments(const QStringList &args, CtlOptions &o) {
+    bool others = false;
+    for (qsizetype i = 0; i < args.size(); ++i) {
+        QString a = args[i];
+        QString value;
+        const bool attached = a.startsWith(u"--") && a.contains(u'=');
+        if (attached) {
+            value = a.mid(a.indexOf(u'=') + 1);
+            a = a.left(a.indexOf(u'='));
+        }
+        static const QStringList known{"--since",   "--until",  "--machine",
+                                       "--outcome", "--format", "--prune-before"};
+        if (!known.contains(a))
+            return QCoreApplication::translate("dncctl", "usage: dncctl [options] %1")
+                .arg(QStringLiteral("journal [--since DATE] [--until DATE] [--machine NAME] "
+                                    "[--outcome WHAT] [--format table|csv|json] | journal "
+                                    "--prune-before DATE"));
+        if (!attached) {
+            if (i + 1 >= args.size())
+                return QCoreApplication::translate("dncctl", "%1 needs a value").arg(a);
+            value = args[++i];
+        }
+        const bool date = a == u"--since" || a == u"--until" || a == u"--prune-before";
+        if (date && !journalDate(value).isValid())
+            return QCoreApplication::translate(
+                       "dncctl", "%1 takes a date such as 2026-11-24 or 2026-11-24T08:30, not "
+                                 "\"%2\"")
+                .arg(a, value);
+        if (a == u"--format" && !QStringList{"table", "csv", "json"}.contains(value))
+            return QCoreApplication::translate("dncctl",
+                                               "--format takes table, csv or json, not \"%1\"")
+                .arg(value);
+        if (a == u"--outcome" && !journalOutcomes().contains(value))
+            return QCoreApplication::translate("dncctl", "--outcome takes one of %1, not \"%2\"")
+                .arg(journalOutcomes().join(QStringLiteral(", ")), value);
+        others = others || a != u"--prune-before";
+        if (a == u"--since")
+            o.since = value;
+        else if (a == u"--until")
+            o.until = value;
+        else if (a == u"--machine")
+            o.machine = value;
+        else if (a == u"--outcome")
+            o.outcome = value;
+        else if (a == u"--format")
+            o.format = value;
+        else
+            o.pruneBefore = value;
+    }
+    if (!o.pruneBefore.isEmpty() && others)
+        return QCoreApplication::translate("dncctl", "--prune-before takes no other option");
+    o.command = CtlCommand::Journal;
+    return {};
+}
 
 QString checkValue(const QString &option, const QString &value) {
     static const QRegularExpression digits(QStringLiteral("^[0-9]+$"));
@@ -179,6 +243,15 @@ CtlParse parseCtlArguments(const QStringList &args) {
     // "dncctl send -- -part.tap": the name that starts with a dash is a file, not an option.
     if (!o.args.isEmpty() && o.args.first() == u"--")
         o.args.removeFirst();
+    if (o.commandWord == u"journal") {
+        if (o.start.partWay())
+            return fail(QCoreApplication::translate(
+                "dncctl", "--from-line, --from-block and --from-tool are for send"));
+        if (const QString why = parseJournalArguments(o.args, o); !why.isEmpty())
+            return fail(why);
+        o.args.clear();
+        return p;
+    }
     for (const Command &c : Commands) {
         if (o.commandWord != QLatin1String(c.word))
             continue;
@@ -212,6 +285,17 @@ QString ctlUsage() {
         "  change             CC, change program (\"303\")\n"
         "  execute            CE, change execute (\"303\")\n"
         "  delete NAME        DC, delete the program NAME on a control \"504\"\n"
+        "  journal            the journal of transfers: one row per operation of the window,\n"
+        "                     dncctl and the stations, in the -d database or else in\n"
+        "                     $XDG_STATE_HOME/dnc/journal.db; oldest first\n"
+        "    --since DATE     rows from DATE on (2026-11-24 or 2026-11-24T08:30, UTC)\n"
+        "    --until DATE     rows before DATE (a day given alone is taken in whole)\n"
+        "    --machine NAME   the rows of one machine (the section)\n"
+        "    --outcome WHAT   done, timeout, port_failure, interrupted, refused,\n"
+        "                     not_on_control, file_failure, not_counted, cancelled\n"
+        "    --format F       table (default), csv (RFC 4180, a header row) or json\n"
+        "  journal --prune-before DATE\n"
+        "                     removes the rows and the tool usage from before DATE\n"
         "\n"
         "Options, before the command, each value as its own argument:\n"
         "  -c CODE            language of the messages: 044 English, 033 French, 049 German;\n"
@@ -245,7 +329,8 @@ QString ctlUsage() {
         "  4    port failure: absent, busy, refused its settings, or gone\n"
         "  5    file failure: the file to send or to write cannot be used\n"
         "  6    no such program on the control, or the control sent none\n"
-        "  7    the tool database cannot be used; nothing was sent\n"
+        "  7    the tool database cannot be used; nothing was sent (journal: the\n"
+        "       journal's database cannot be read or changed)\n"
         "  8    not offered by the control type, or the settings are incomplete\n"
         "  9    sent, but the tools were not counted (the tool database failed)\n"
         "  10   ended, but lines are missing: the send stopped at a blank line, the file\n"

@@ -7,7 +7,7 @@
 #include <QString>
 #include <QStringList>
 
-enum class CtlCommand { None, Send, Receive, List, Change, Execute, Delete };
+enum class CtlCommand { None, Send, Receive, List, Change, Execute, Delete, Journal };
 
 struct CtlOptions {
     qint16 language = 1; // of -c, else of the environment
@@ -26,6 +26,12 @@ struct CtlOptions {
     bool stdoutClosed = false; // found closed at start, and given /dev/null meanwhile
     bool help = false;
     bool version = false;
+
+    // journal: the rows chosen, as given (checked), and how they are written; or the date
+    // before which rows are removed.
+    QString since, until, machine, outcome;
+    QString format = QStringLiteral("table");
+    QString pruneBefore;
 
     CtlCommand command = CtlCommand::None;
     QString commandWord;

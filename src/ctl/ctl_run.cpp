@@ -5,6 +5,7 @@
 #include "ctl_outcome.h"
 #include "ctl_texts.h"
 #include "directory.h"
+#include "journal_writer.h"
 #include "line_overrides.h"
 #include "profile.h"
 #include "real_link_parts.h"
@@ -16,6 +17,7 @@
 #include "update_tool_list.h"
 
 #include <QCoreApplication>
+#include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -47,6 +49,7 @@ int indexOf(CtlCommand c) {
     case CtlCommand::Delete:
         return DeleteCommand;
     case CtlCommand::None:
+    case CtlCommand::Journal:
         break;
     }
     return -1;
@@ -266,6 +269,7 @@ int runDncctl(const CtlOptions &o) {
             DeleteContext(link);
             break;
         case CtlCommand::None:
+        case CtlCommand::Journal:
             break;
         }
     }
@@ -276,7 +280,9 @@ int runDncctl(const CtlOptions &o) {
     // dncctl takes a program to standard output itself: the save's dialog was given no file.
     if (toStdout && r.kind == OutcomeKind::Cancelled && !r.received.isEmpty()) {
         r.kind = OutcomeKind::Done;
-        unwritten = writeStdout(r.received + "\r\n");
+        const QByteArray program = r.received + "\r\n";
+        r.sha256 = QCryptographicHash::hash(program, QCryptographicHash::Sha256).toHex();
+        unwritten = writeStdout(program);
     }
     if (o.command == CtlCommand::List && r.kind != OutcomeKind::PortFailure)
         unwritten = writeStdout(listingOf(r.received, g.CncType));
@@ -293,6 +299,14 @@ int runDncctl(const CtlOptions &o) {
         if (o.command == CtlCommand::Receive && !r.received.isEmpty())
             screen.say(ctlText(CtlText::NotSaved).arg(r.received.size()));
         screen.say(ctlText(CtlText::Interrupted).arg(signalName(signal)));
+    }
+    // The row is written once the operation has ended; a journal that fails says so and
+    // leaves the exit status as the operation made it.
+    if (journalEnabled(g)) {
+        JournalWriter journal(journalTarget(g.DatabasePath),
+                              [&screen](const QString &text) { screen.say(text); });
+        const QString device = o.port.isEmpty() ? parts.comm.devicePath() : o.port;
+        journal.add(journalRow(r, journalContext(g, device), g));
     }
     return exitCodeOf(r, signal);
 }

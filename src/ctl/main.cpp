@@ -1,5 +1,6 @@
 // dncctl: the window's operations from a shell, a script or a CAM post-processor.
 #include "app_info.h"
+#include "ctl_journal.h"
 #include "ctl_options.h"
 #include "ctl_outcome.h"
 #include "ctl_run.h"
@@ -42,5 +43,7 @@ int main(int argc, char *argv[]) {
     }
     CtlOptions options = parse.options;
     options.stdoutClosed = stdoutClosed;
+    if (options.command == CtlCommand::Journal)
+        return runJournalCommand(options);
     return runDncctl(options);
 }

@@ -16,7 +16,7 @@ bool runOnPort(Link &l, const std::function<void()> &operation) {
         }
         l.screen.setLabel1Visible(false);
         l.screen.setMousePointer(DefaultPointer);
-        const QString text = QCoreApplication::translate("Port", "%1: %2").arg(e.device, e.reason);
+        const QString text = e.message();
         l.outcome.fail(OutcomeKind::PortFailure, text);
         l.screen.msgBox(text, BoxIcon::Critical, QString());
         return false;

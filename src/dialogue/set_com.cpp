@@ -15,10 +15,11 @@ void SetCom(Link &l) {
     const int colon = int(s.indexOf(QLatin1Char(':')));
     const int port = comPortNumber(s);
     if (port < 1)
-        throw CommError{s.isEmpty() ? QCoreApplication::translate("Port", "The port") : s,
+        throw CommError{s,
                         QCoreApplication::translate(
                             "Port", "no serial port is set up (expected COM1: to COM4:). "
-                                    "Choose one with Setup.")};
+                                    "Choose one with Setup."),
+                        CommError::Stage::Opening};
     l.comm.setCommPort(port);
     l.comm.setSettings(s.mid(colon + 1));
 }

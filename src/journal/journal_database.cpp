@@ -10,6 +10,9 @@
 
 namespace {
 
+// The key of the server's lock that the makers of the tables take in turn.
+constexpr qint64 JournalSchemaLock = 0x646e636a726e6c; // "dncjrnl"
+
 // The statements of a schema file, its comments left out.
 QStringList schemaStatements(const QString &resource) {
     QFile file(resource);
@@ -93,11 +96,36 @@ QString createJournalTables(const ToolDbConnection &connection) {
     // write-ahead log; a file that may not be changed keeps its mode, which is no failure.
     if (!server)
         query.exec(QStringLiteral("PRAGMA journal_mode = WAL"));
+    // Most runs find the tables there: one question instead of a statement each.
+    const QString standing =
+        server ? QStringLiteral("SELECT count(*) FROM pg_catalog.pg_tables WHERE schemaname = "
+                                "current_schema() AND tablename IN (%1)")
+               : QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = 'table' AND "
+                                "name IN (%1)");
+    if (query.exec(
+            standing.arg(QStringLiteral("'transfer_journal', 'tool_usage', 'station_state'"))) &&
+        query.next() && query.value(0).toInt() == 3)
+        return {};
+    // A server says "already exists, skipping" for each table, which no one needs to read;
+    // and two sessions making the same table at once collide, so they take turns.
+    if (server) {
+        query.exec(QStringLiteral("SET client_min_messages = warning"));
+        db.transaction();
+        query.exec(QStringLiteral("SELECT pg_advisory_xact_lock(%1)").arg(JournalSchemaLock));
+    }
     for (const QString &statement : statements) {
-        if (!query.exec(statement))
+        if (!query.exec(statement)) {
+            const QString why = connection.errorText(query.lastError());
+            if (server)
+                db.rollback();
             return QCoreApplication::translate("Journal",
                                                "The journal's tables cannot be made in %1: %2")
-                .arg(connection.displayName(), connection.errorText(query.lastError()));
+                .arg(connection.displayName(), why);
+        }
     }
+    if (server && !db.commit())
+        return QCoreApplication::translate("Journal",
+                                           "The journal's tables cannot be made in %1: %2")
+            .arg(connection.displayName(), connection.errorText(db.lastError()));
     return {};
 }

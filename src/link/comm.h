@@ -7,8 +7,14 @@
 #include <QString>
 
 struct CommError {
+    // When the port failed, which decides the sentence the reason is told in.
+    enum class Stage { Opening, Transfer };
     QString device; // what the operator knows the port by, e.g. "COM1: (/dev/ttyS0)"
-    QString reason; // why, in plain words
+    QString reason; // why, in plain words, without the device's name
+    Stage stage = Stage::Transfer;
+
+    // The whole sentence for the operator, the device and the reason filled in.
+    QString message() const;
 };
 
 class Comm {

@@ -36,11 +36,11 @@ void DeviceComm::setPortOpen(bool open) {
         QString why;
         const std::optional<NetDevice> device = parseNetDevice(path, &why);
         if (!device)
-            throw CommError{m_serial.deviceName(),
-                            QCoreApplication::translate("Port", "cannot be opened: %1").arg(why)};
+            throw CommError{m_serial.deviceName(), why, CommError::Stage::Opening};
         // A station on this PC serves the box: a second connection would take it over.
         if (const std::optional<PortOwner> station = stationHolding(path))
-            throw CommError{m_serial.deviceName(), heldByStation(*station)};
+            throw CommError{m_serial.deviceName(), heldByStation(*station),
+                            CommError::Stage::Opening};
         m_net.setTarget(*device, m_serial.deviceName());
         m_active = &m_net;
     }

@@ -77,9 +77,11 @@ void NetComm::setSettings(const QString &settings) {
         m_settings = parseLineSettings(settings);
         m_settingsText = settings;
     } catch (const LineSettingsError &e) {
-        throw CommError{m_name, QCoreApplication::translate(
-                                    "Port", "the line settings \"%1\" cannot be used: %2")
-                                    .arg(settings, e.why)};
+        throw CommError{
+            m_name,
+            QCoreApplication::translate("Port", "the line settings \"%1\" cannot be used: %2")
+                .arg(settings, e.why),
+            CommError::Stage::Opening};
     }
 }
 
@@ -132,7 +134,7 @@ void NetComm::openFailed(const QString &reason) {
     m_opening = false;
     trace(QStringLiteral("OPEN FAILED %1 %2: %3").arg(m_name, m_settingsText, reason));
     m_trace.reset();
-    throw CommError{m_name, reason};
+    throw CommError{m_name, reason, CommError::Stage::Opening};
 }
 
 void NetComm::sleepUntil(const QDeadlineTimer &limit) {
@@ -145,7 +147,7 @@ void NetComm::connectSocket(const QDeadlineTimer &limit) {
     const QString host = m_device.host.toLower();
     if (host.endsWith(QLatin1String(".invalid")) || host == QLatin1String("invalid"))
         openFailed(QCoreApplication::translate(
-                       "Port", "cannot be opened: the name %1 does not resolve to an "
+                       "Port", "the name %1 does not resolve to an "
                                "address. Check the device server's name, or give its address.")
                        .arg(m_device.host));
     m_socket.abort();
@@ -155,26 +157,25 @@ void NetComm::connectSocket(const QDeadlineTimer &limit) {
             switch (m_socket.error()) {
             case QAbstractSocket::HostNotFoundError:
                 openFailed(QCoreApplication::translate(
-                               "Port", "cannot be opened: the name %1 does not resolve to an "
+                               "Port", "the name %1 does not resolve to an "
                                        "address. Check the device server's name, or give its "
                                        "address.")
                                .arg(m_device.host));
             case QAbstractSocket::ConnectionRefusedError:
                 openFailed(QCoreApplication::translate(
-                               "Port", "cannot be opened: %1 refused the connection. Nothing "
+                               "Port", "%1 refused the connection. Nothing "
                                        "listens there: check the port number set on the "
                                        "device server, and that it is on.")
                                .arg(where()));
             default:
-                openFailed(QCoreApplication::translate(
-                               "Port", "cannot be opened: the connection to %1 failed (%2)")
+                openFailed(QCoreApplication::translate("Port", "the connection to %1 failed (%2)")
                                .arg(where(), m_socket.errorString()));
             }
         }
         if (limit.hasExpired())
-            openFailed(QCoreApplication::translate(
-                           "Port", "cannot be opened: %1 did not answer within %2 s. Is the "
-                                   "device server on, and its address right?")
+            openFailed(QCoreApplication::translate("Port",
+                                                   "%1 did not answer within %2 s. Is the "
+                                                   "device server on, and its address right?")
                            .arg(where())
                            .arg(m_openTimeoutMs / 1000.0));
         if (abandoned())
@@ -231,14 +232,13 @@ void NetComm::negotiate(const QDeadlineTimer &limit) {
         pull();
         if (m_telnet.comPortRefused())
             openFailed(QCoreApplication::translate(
-                           "Port", "cannot be opened: %1 does not take RFC 2217 (COM port "
+                           "Port", "%1 does not take RFC 2217 (COM port "
                                    "control). If it carries the line's bytes alone, name it "
                                    "tcp://%2:%3.")
                            .arg(where(), m_device.host)
                            .arg(m_device.port));
         if (!m_telnet.garbage().isEmpty())
-            openFailed(QCoreApplication::translate(
-                           "Port", "cannot be opened: %1 sent what is not Telnet (%2)")
+            openFailed(QCoreApplication::translate("Port", "%1 sent what is not Telnet (%2)")
                            .arg(where(), m_telnet.garbage()));
         for (const ComPortAnswer &a : m_telnet.takeAnswers()) {
             if (a.command < SetBaudRate || a.command > SetStopSize) {
@@ -253,13 +253,12 @@ void NetComm::negotiate(const QDeadlineTimer &limit) {
         if (missing == 0)
             return;
         if (m_socket.state() != QAbstractSocket::ConnectedState)
-            openFailed(QCoreApplication::translate(
-                           "Port", "cannot be opened: %1 closed the connection while the line "
-                                   "was set up")
+            openFailed(QCoreApplication::translate("Port",
+                                                   "%1 closed the connection while the line "
+                                                   "was set up")
                            .arg(where()));
         if (limit.hasExpired())
-            openFailed(QCoreApplication::translate(
-                           "Port", "cannot be opened: %1 did not confirm the %2 within %3 s")
+            openFailed(QCoreApplication::translate("Port", "%1 did not confirm the %2 within %3 s")
                            .arg(where(), QString::fromLatin1(what[missing]))
                            .arg(m_openTimeoutMs / 1000.0));
         if (abandoned())
@@ -287,23 +286,19 @@ void NetComm::checkAnswer(const ComPortAnswer &a, const QByteArray &asked, bool 
             a.value.size() == 4
                 ? QString::number(number(a.value))
                 : QCoreApplication::translate("Port", "an answer of %1 bytes").arg(a.value.size());
-        openFailed(QCoreApplication::translate(
-                       "Port", "cannot be opened: %1 refused the baud rate %2: it set %3")
+        openFailed(QCoreApplication::translate("Port", "%1 refused the baud rate %2: it set %3")
                        .arg(where(), want, got));
     case SetDataSize:
-        openFailed(QCoreApplication::translate(
-                       "Port", "cannot be opened: %1 refused %2 data bits: it set %3")
+        openFailed(QCoreApplication::translate("Port", "%1 refused %2 data bits: it set %3")
                        .arg(where())
                        .arg(number(asked))
                        .arg(number(a.value)));
     case SetParity:
         openFailed(
-            QCoreApplication::translate("Port",
-                                        "cannot be opened: %1 refused the parity %2: it set %3")
+            QCoreApplication::translate("Port", "%1 refused the parity %2: it set %3")
                 .arg(where(), parityName(int(number(asked))), parityName(int(number(a.value)))));
     default:
-        openFailed(QCoreApplication::translate(
-                       "Port", "cannot be opened: %1 refused %2 stop bits: it set %3")
+        openFailed(QCoreApplication::translate("Port", "%1 refused %2 stop bits: it set %3")
                        .arg(where(), stopName(int(number(asked))), stopName(int(number(a.value)))));
     }
 }

@@ -51,9 +51,9 @@ bool mayOpen(const QString &path) {
 
 QString absent(const OpenFailure &f, const QList<SerialDevice> &present) {
     if (present.isEmpty())
-        return QCoreApplication::translate(
-            "Port", "cannot be opened: there is no such device, and this PC has no "
-                    "serial device at all. Is the adapter plugged in?");
+        return QCoreApplication::translate("Port",
+                                           "there is no such device, and this PC has no "
+                                           "serial device at all. Is the adapter plugged in?");
     QStringList names;
     for (const SerialDevice &d : present) {
         const QString label = d.label();
@@ -63,32 +63,28 @@ QString absent(const OpenFailure &f, const QList<SerialDevice> &present) {
     }
     const QString has = names.join(QStringLiteral("; "));
     if (!f.chosenInSetup)
-        return QCoreApplication::translate(
-                   "Port", "cannot be opened: there is no such device. This PC has: %1.")
+        return QCoreApplication::translate("Port", "there is no such device. This PC has: %1.")
             .arg(has);
-    return QCoreApplication::translate(
-               "Port", "cannot be opened: there is no such device. This PC has: %1. Choose "
-                       "the device of %2 with Setup.")
+    return QCoreApplication::translate("Port", "there is no such device. This PC has: %1. Choose "
+                                               "the device of %2 with Setup.")
         .arg(has, f.portName);
 }
 
 QString busy(const OpenFailure &f) {
     if (const QString holder = deviceHolder(f.path); !holder.isEmpty())
-        return QCoreApplication::translate(
-                   "Port", "cannot be opened: %1 holds it (%2). Close that program and try again.")
+        return QCoreApplication::translate("Port",
+                                           "%1 holds it (%2). Close that program and try again.")
             .arg(holder, f.errorString);
-    return QCoreApplication::translate(
-               "Port", "cannot be opened: another program holds it (%1). Close that program "
-                       "(a terminal, another DNC program) and try again.")
+    return QCoreApplication::translate("Port", "another program holds it (%1). Close that program "
+                                               "(a terminal, another DNC program) and try again.")
         .arg(f.errorString);
 }
 
 QString noPermission(const OpenFailure &f) {
     const QString user = userName();
     const QString join = QStringLiteral("sudo adduser %1 %2").arg(user);
-    QString text =
-        QCoreApplication::translate("Port", "cannot be opened: the user %1 may not open it (%2). ")
-            .arg(user, f.errorString);
+    QString text = QCoreApplication::translate("Port", "the user %1 may not open it (%2). ")
+                       .arg(user, f.errorString);
     struct stat st {};
     const bool known = ::stat(QFile::encodeName(f.path).constData(), &st) == 0;
     if (known && st.st_gid != 0 && (st.st_mode & 060) == 060) {
@@ -124,8 +120,8 @@ QString openFailureReason(const OpenFailure &f, const QList<SerialDevice> &prese
             return noPermission(f);
         return busy(f);
     case QSerialPort::OpenError:
-        return QCoreApplication::translate("Port", "cannot be opened: it is open already");
+        return QCoreApplication::translate("Port", "it is open already");
     default:
-        return QCoreApplication::translate("Port", "cannot be opened: %1").arg(f.errorString);
+        return f.errorString;
     }
 }

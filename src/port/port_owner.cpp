@@ -89,8 +89,7 @@ QString stationText(const PortOwner &owner) {
 }
 
 QString heldByStation(const PortOwner &owner) {
-    return QCoreApplication::translate(
-               "Port", "cannot be opened: %1 holds it. Stop the station (systemctl stop "
-                       "dnc-station@%2) to use the port here.")
+    return QCoreApplication::translate("Port", "%1 holds it. Stop the station (systemctl stop "
+                                               "dnc-station@%2) to use the port here.")
         .arg(stationText(owner), owner.section);
 }

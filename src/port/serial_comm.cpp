@@ -66,9 +66,11 @@ void SerialComm::setSettings(const QString &settings) {
         m_settings = parseLineSettings(settings);
         m_settingsText = settings;
     } catch (const LineSettingsError &e) {
-        throw CommError{deviceName(), QCoreApplication::translate(
-                                          "Port", "the line settings \"%1\" cannot be used: %2")
-                                          .arg(settings, e.why)};
+        throw CommError{
+            deviceName(),
+            QCoreApplication::translate("Port", "the line settings \"%1\" cannot be used: %2")
+                .arg(settings, e.why),
+            CommError::Stage::Opening};
     }
 }
 
@@ -106,7 +108,7 @@ void SerialComm::open() {
     const QString path = devicePath();
     // A station serves this machine: say so, rather than that some program holds the port.
     if (const std::optional<PortOwner> station = stationHolding(path))
-        throw CommError{deviceName(), heldByStation(*station)};
+        throw CommError{deviceName(), heldByStation(*station), CommError::Stage::Opening};
     const bool pty = isPseudoTerminal(path);
     m_pty = pty;
     m_emptyAt = 0;
@@ -155,7 +157,7 @@ CommError SerialComm::openError() const {
     const QList<SerialDevice> present = f.error == QSerialPort::DeviceNotFoundError
                                             ? presentSerialDevices()
                                             : QList<SerialDevice>();
-    return CommError{deviceName(), openFailureReason(f, present)};
+    return CommError{deviceName(), openFailureReason(f, present), CommError::Stage::Opening};
 }
 
 int SerialComm::setModemLines(int fd, bool dtr, bool rts) {

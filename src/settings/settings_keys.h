@@ -19,6 +19,7 @@ inline constexpr QLatin1String WaitXon{"Wait-Xon"}; // "1": wait for X-on before
 inline constexpr QLatin1String Space{"Space"};      // "1": spaces are not sent
 inline constexpr QLatin1String TapeDir{"TapeDir"};  // folder of the file last sent
 inline constexpr QLatin1String CNCDir{"CNCDir"};    // folder of the program last saved
+inline constexpr QLatin1String Journal{"Journal"};  // "0": no journal of the transfers
 
 // The line settings behind Port in ComSettings, in their order there.
 inline constexpr std::array<QLatin1String, 4> Line{Baud, Parity, Data, Stop};

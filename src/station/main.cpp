@@ -2,6 +2,7 @@
 #include "app_info.h"
 #include "command_line.h"
 #include "journal_database.h"
+#include "journal_writer.h"
 #include "languages.h"
 #include "profile.h"
 #include "real_link_parts.h"
@@ -14,6 +15,7 @@
 #include "update_tool_list.h"
 
 #include <QCoreApplication>
+#include <QTimer>
 
 #include <cstdio>
 
@@ -141,6 +143,18 @@ int main(int argc, char *argv[]) {
         link.toolList = &counter;
     Station station(link, parts.comm, settings, log, readAll);
     interrupts.setHangupHandler([&station] { station.requestReload(); });
+    // Rows a failing journal keeps are tried again now and then, not only with the next one.
+    JournalWriter journal(journalTarget(g.DatabasePath), log);
+    QTimer retry;
+    QObject::connect(&retry, &QTimer::timeout, [&journal] {
+        if (journal.kept() > 0)
+            journal.flush();
+    });
+    retry.start(JournalRetryMs);
+    station.setJournal([&journal, &g](const JournalRow &row) {
+        if (journalEnabled(g))
+            journal.add(row);
+    });
 
     // The station's state for dnc-web, beside the journal; a station serves without it.
     QString stateError;

@@ -11,6 +11,7 @@
 #include "transfer.h"
 
 #include <QCoreApplication>
+#include <QCryptographicHash>
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QElapsedTimer>
@@ -122,11 +123,11 @@ bool Station::openPort() {
         if (!m_claim.claim(m_comm.devicePath(), m_l.g.ConfigSection, &other))
             throw CommError{m_comm.deviceName(),
                             QCoreApplication::translate("Station", "%1 serves it already")
-                                .arg(stationText(other))};
+                                .arg(stationText(other)),
+                            CommError::Stage::Opening};
         m_comm.setPortOpen(true);
     } catch (const CommError &e) {
-        const QString text =
-            QCoreApplication::translate("Station", "%1: %2").arg(e.device, e.reason);
+        const QString text = e.message();
         if (text != m_lastOpenError)
             m_log(QCoreApplication::translate("Station", "%1; trying again every %2 s")
                       .arg(text)
@@ -170,8 +171,41 @@ void Station::handle(const Punch &punch, const QDateTime &arrival) {
         file(punch, arrival);
 }
 
+void Station::journal(JournalRow row) {
+    if (!m_journal)
+        return;
+    const JournalContext c = journalContext(m_l.g, m_comm.devicePath());
+    row.host = c.host;
+    row.machine = c.machine;
+    row.device = c.device;
+    row.control = c.control;
+    row.user = c.user;
+    m_journal(row);
+}
+
 void Station::file(const Punch &punch, const QDateTime &arrival) {
     const FiledPunch filed = filePunch(m_s.receiveDir, punch.bytes, arrival);
+    JournalRow row;
+    row.time = arrival;
+    row.operation = QStringLiteral("punch");
+    row.file = filed.path;
+    row.program = QString::fromLatin1(programNumberOf(punch.bytes));
+    row.bytes = punch.bytes.size();
+    row.lines = punch.lines;
+    row.sha256 = QString::fromLatin1(
+        QCryptographicHash::hash(punch.bytes, QCryptographicHash::Sha256).toHex());
+    row.outcome = QStringLiteral("done");
+    if (filed.path.isEmpty()) {
+        row.outcome = QStringLiteral("file_failure");
+        row.message = filed.error;
+    } else if (!punch.portFailure.isEmpty()) {
+        row.outcome = QStringLiteral("port_failure");
+        row.message = punch.portFailure;
+    } else if (punch.cutBySilence) {
+        row.outcome = QStringLiteral("timeout");
+    } else if (m_l.state.ending() && !punch.complete) {
+        row.outcome = QStringLiteral("interrupted");
+    }
     if (filed.path.isEmpty())
         m_log(QCoreApplication::translate("Station", "punch of %1 characters NOT filed in %2: %3")
                   .arg(punch.bytes.size())
@@ -182,6 +216,8 @@ void Station::file(const Punch &punch, const QDateTime &arrival) {
                   .arg(punch.bytes.size())
                   .arg(punch.lines)
                   .arg(cutText(punch, m_l.state.ending())));
+    // After the log's line: a journal that waits for a lock does not hold it back.
+    journal(row);
 }
 
 void Station::serve(const ProgramRequest &request) {
@@ -222,22 +258,21 @@ void Station::serve(const ProgramRequest &request) {
     changed();
     pause(m_s.requestDelayMs);
     if (!m_l.state.ending()) {
-        const bool program = why.isEmpty();
-        if (program)
+        if (why.isEmpty())
             m_l.startAt = *start;
         m_doing = QStringLiteral("sending");
         changed();
-        send(path, program);
+        send(path, request, why);
     }
     m_doing.clear();
     changed();
 }
 
-void Station::send(const QString &path, bool countTools) {
+void Station::send(const QString &path, const ProgramRequest &request, const QByteArray &refusal) {
     // What the control sent behind its request is no answer to anything we send.
     m_l.comm.input();
     ToolListHook *const counter = m_l.toolList;
-    if (!countTools)
+    if (!refusal.isEmpty())
         m_l.toolList = nullptr;
     QElapsedTimer clock;
     clock.start();
@@ -250,6 +285,16 @@ void Station::send(const QString &path, bool countTools) {
               .arg(r.lines)
               .arg(double(clock.elapsed()) / 1000.0, 0, 'f', 1)
               .arg(r.reason.isEmpty() ? QString() : QStringLiteral(" (") + r.reason + u')'));
+    // The row tells of the request; a refusal's row, of the refusal, however its reply went.
+    JournalRow row = journalRow(r, JournalContext(), m_l.g);
+    row.operation = QStringLiteral("request");
+    row.program = request.name;
+    if (!refusal.isEmpty()) {
+        row.outcome = QStringLiteral("refused");
+        row.message = QString::fromLatin1(refusal);
+        row.tools.clear();
+    }
+    journal(row);
 }
 
 StationActivity Station::activity() const {

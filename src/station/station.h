@@ -3,6 +3,7 @@
 // the control punches is filed; a punched request (the reserved program number, the name in
 // its first comment) is answered with that program, or with a short program that says why not.
 
+#include "journal_row.h"
 #include "link.h"
 #include "port_owner.h"
 #include "punch.h"
@@ -28,6 +29,10 @@ public:
     int run();
     // Asked from outside (SIGHUP): the settings are read again before the next punch.
     void requestReload() { m_reload = true; }
+    // Hears a row for each punch filed and each request answered or refused.
+    void setJournal(std::function<void(const JournalRow &)> journal) {
+        m_journal = std::move(journal);
+    }
 
     static constexpr int RetryOpenMs = 3000;
     // What it is doing now, for its row in station_state; the percentage of a send is the
@@ -43,7 +48,9 @@ private:
     void handle(const Punch &punch, const QDateTime &arrival);
     void serve(const ProgramRequest &request);
     void file(const Punch &punch, const QDateTime &arrival);
-    void send(const QString &path, bool countTools);
+    // `refusal`: why the request was refused, and the reply sent is the refusal's.
+    void send(const QString &path, const ProgramRequest &request, const QByteArray &refusal);
+    void journal(JournalRow row);
     // Waits `ms` in the event loop; an end or a reload asked for cuts it short.
     void pause(int ms);
 
@@ -52,6 +59,7 @@ private:
     StationSettings m_s;
     Log m_log;
     std::function<QString(StationSettings &)> m_readAgain;
+    std::function<void(const JournalRow &)> m_journal;
     PunchReader m_reader;
     PortClaim m_claim;
     bool m_reload = false;

@@ -81,10 +81,24 @@ void ToolDbConnection::openSqlite() {
     db.setDatabaseName(url.toString(QUrl::FullyEncoded));
     db.setConnectOptions(
         QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1").arg(m_busyTimeoutMs));
-    if (!db.open())
+    if (!db.open()) {
         m_error =
             QCoreApplication::translate("ToolList", "The tool database \"%1\" cannot be opened: %2")
                 .arg(m_target, errorText(db.lastError()));
+        return;
+    }
+    // In WAL mode a reader never holds off a count, and a count holds the file only as long as
+    // its own transaction. The mode stays with the file; it needs the -wal and -shm files beside
+    // it, so it is asked for only where this user may make them. Where it cannot be had, the
+    // file keeps its own journal: counting works as well, one writer at a time, and a reader
+    // may make a count wait. Not worth a wait either: a connection that finds the file locked
+    // leaves the change to the next one.
+    if (QFileInfo(info.absolutePath()).isWritable()) {
+        QSqlQuery query(db);
+        query.exec(QStringLiteral("PRAGMA busy_timeout = 0"));
+        query.exec(QStringLiteral("PRAGMA journal_mode = WAL"));
+        query.exec(QStringLiteral("PRAGMA busy_timeout = %1").arg(m_busyTimeoutMs));
+    }
 }
 
 void ToolDbConnection::openPostgres() {
@@ -131,9 +145,11 @@ void ToolDbConnection::openPostgres() {
         options << QStringLiteral("connect_timeout=%1").arg(ConnectTimeoutS);
     if (!application)
         options << QStringLiteral("application_name=dnc");
+    // The server's notices would go to standard error: libpq prints them there.
     options << QStringLiteral("options=") +
                    conninfoValue(serverOptions +
-                                 QStringLiteral("-c lock_timeout=%1").arg(m_busyTimeoutMs));
+                                 QStringLiteral("-c lock_timeout=%1 -c client_min_messages=error")
+                                     .arg(m_busyTimeoutMs));
     db.setConnectOptions(options.join(QLatin1Char(';')));
     if (!db.open())
         m_error =

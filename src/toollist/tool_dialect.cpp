@@ -1,6 +1,12 @@
 #include "tool_dialect.h"
 
+#include <QDeadlineTimer>
+#include <QJsonDocument>
+#include <QSqlDriver>
+#include <QSqlField>
 #include <QSqlQuery>
+#include <chrono>
+#include <thread>
 
 namespace {
 
@@ -12,7 +18,8 @@ bool execQuery(QSqlQuery &query, const QString &sql, QSqlError &error) {
 }
 
 void rollBack(QSqlDatabase &db) {
-    QSqlQuery(db).exec(QStringLiteral("ROLLBACK"));
+    if (db.isOpen()) // a lost connection has nothing left to roll back
+        QSqlQuery(db).exec(QStringLiteral("ROLLBACK"));
 }
 
 // One file, one writer at a time: a write transaction holds the whole file, so taking it
@@ -33,32 +40,49 @@ public:
         return QStringLiteral("SELECT name FROM pragma_table_info('tool_list')");
     }
 
-    bool beginCount(QSqlDatabase &db, const QString &, int busyTimeoutMs,
+    // SQLite's own wait sleeps longer and longer, up to 100 ms at a time, and a file that other
+    // stations keep busy is taken by one of them in each of those pauses: a station could wait
+    // out the whole time-out while the file was free for a moment many times over. Asked again
+    // every millisecond, a waiting station has its turn among the others.
+    bool beginCount(QSqlDatabase &db, const QStringList &, int busyTimeoutMs,
                     const std::function<void()> &onBusy, QSqlError &error) const override {
-        const QString begin = QStringLiteral("BEGIN IMMEDIATE");
+        const QDeadlineTimer deadline(busyTimeoutMs);
         QSqlQuery query(db);
-        if (onBusy) {
-            // A first try that does not wait tells whether the operator has to be told of one.
-            query.exec(QStringLiteral("PRAGMA busy_timeout = 0"));
-            const bool began = execQuery(query, begin, error);
-            query.exec(QStringLiteral("PRAGMA busy_timeout = %1").arg(busyTimeoutMs));
-            if (began)
-                return true;
-            if (!isBusy(error))
-                return false;
-            onBusy();
+        query.exec(QStringLiteral("PRAGMA busy_timeout = 0"));
+        bool began = false;
+        for (bool told = false;; told = true) {
+            began = execQuery(query, QStringLiteral("BEGIN IMMEDIATE"), error);
+            if (began || !isBusy(error) || deadline.hasExpired())
+                break;
+            if (onBusy && !told)
+                onBusy();
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
-        return execQuery(query, begin, error); // waits up to the busy time-out
+        // The statements inside the transaction wait as long, should they ever have to.
+        query.exec(QStringLiteral("PRAGMA busy_timeout = %1").arg(busyTimeoutMs));
+        return began;
     }
-    QString findQuery() const override {
-        return QStringLiteral("SELECT rowid, util FROM tool_list WHERE tool = ? COLLATE NOCASE "
-                              "ORDER BY rowid LIMIT 1");
+    // NOCASE and lower() both fold A to Z alone.
+    QString lookUpQuery(const QString &names) const override {
+        return QStringLiteral("SELECT lower(j.value), t.rowid, t.util FROM json_each(%1) AS j "
+                              "LEFT JOIN tool_list AS t ON t.rowid = (SELECT rowid FROM tool_list "
+                              "WHERE tool = j.value COLLATE NOCASE ORDER BY rowid LIMIT 1) "
+                              "ORDER BY j.key")
+            .arg(names);
     }
-    QString insertQuery() const override {
-        return QStringLiteral("INSERT INTO tool_list (tool, util, Date) VALUES (?, 1, ?)");
+    QString updateQuery(const QString &rows, const QString &date) const override {
+        return QStringLiteral("UPDATE tool_list SET tool = json_extract(j.value, '$.tool'), "
+                              "util = json_extract(j.value, '$.util'), Date = %2 "
+                              "FROM json_each(%1) AS j "
+                              "WHERE tool_list.rowid = json_extract(j.value, '$.key')")
+            .arg(rows, date);
     }
-    QString updateQuery() const override {
-        return QStringLiteral("UPDATE tool_list SET tool = ?, util = ?, Date = ? WHERE rowid = ?");
+    QString insertQuery(const QString &rows, const QString &date) const override {
+        return QStringLiteral(
+                   "INSERT INTO tool_list (tool, util, Date) "
+                   "SELECT json_extract(value, '$.tool'), json_extract(value, '$.util'), "
+                   "%2 FROM json_each(%1) ORDER BY key")
+            .arg(rows, date);
     }
     QString gridQuery() const override {
         return QStringLiteral("SELECT tool_list.*, tool_list.rowid FROM tool_list "
@@ -71,10 +95,12 @@ public:
     }
 };
 
-// Many stations at once: a transaction per name with an advisory lock on the lowered name, so
-// that two stations counting the same name take turns (no lost update, no second insert of a
-// new name); other names go on in parallel. The row lock of the look-up keeps an edit in the
-// grid from crossing a count. The lock waits are bounded by the connection's lock_timeout.
+// Many stations at once: a program's count takes an advisory lock on each of its lowered names,
+// so that two stations counting the same name take turns (no lost update, no second insert of a
+// new name); programs without a name in common go on in parallel. The locks are taken in one
+// order, the hash's, so that two programs never wait for each other. The row locks of the
+// look-up keep an edit in the grid from crossing a count. Every lock wait is bounded by the
+// connection's lock_timeout.
 class PostgresDialect : public ToolDialect {
 public:
     QString driver() const override { return QStringLiteral("QPSQL"); }
@@ -93,46 +119,64 @@ public:
                               "to_regclass('tool_list') AND attnum > 0 AND NOT attisdropped");
     }
 
-    bool beginCount(QSqlDatabase &db, const QString &name, int, const std::function<void()> &onBusy,
-                    QSqlError &error) const override {
-        QSqlQuery begin(db);
-        if (!execQuery(begin, QStringLiteral("BEGIN"), error))
+    bool beginCount(QSqlDatabase &db, const QStringList &names, int,
+                    const std::function<void()> &onBusy, QSqlError &error) const override {
+        const QString keys =
+            QStringLiteral("SELECT DISTINCT hashtext(lower(n.name)) AS h FROM "
+                           "json_array_elements_text(CAST(%1 AS json)) AS n(name) ORDER BY h")
+                .arg(sqlLiteral(db, QJsonArray::fromStringList(names)));
+        QSqlQuery query(db);
+        if (!execQuery(query, QStringLiteral("BEGIN"), error))
             return false;
-        const auto lock = [&](const char *function, bool &taken) {
-            QSqlQuery query(db);
-            query.prepare(QStringLiteral("SELECT %1(%2, hashtext(lower(?)))")
-                              .arg(QLatin1String(function))
-                              .arg(LockClass));
-            query.addBindValue(name);
-            if (!query.exec() || !query.next()) {
-                error = query.lastError();
-                rollBack(db); // while the query still exists: it is freed in a live session
+        if (onBusy) {
+            if (!execQuery(query,
+                           QStringLiteral("SELECT bool_and(pg_try_advisory_xact_lock(%1, h)) "
+                                          "FROM (%2) AS k")
+                               .arg(LockClass)
+                               .arg(keys),
+                           error) ||
+                !query.next()) {
+                rollBack(db);
                 return false;
             }
-            // pg_advisory_xact_lock gives no value: it has waited until it holds the lock.
-            taken = QLatin1String(function) == QLatin1String("pg_advisory_xact_lock") ||
-                    query.value(0).toBool();
-            return true;
-        };
-        bool taken = false;
-        if (onBusy) {
-            if (!lock("pg_try_advisory_xact_lock", taken))
-                return false;
-            if (taken)
+            if (query.value(0).toBool())
                 return true;
+            // Those taken out of turn are let go before the wait, which takes them in order.
+            rollBack(db);
             onBusy();
+            if (!execQuery(query, QStringLiteral("BEGIN"), error))
+                return false;
         }
-        return lock("pg_advisory_xact_lock", taken);
+        // Each row is a lock taken, in the order of the keys.
+        if (!execQuery(query,
+                       QStringLiteral("SELECT pg_advisory_xact_lock(%1, h) FROM (%2) AS k")
+                           .arg(LockClass)
+                           .arg(keys),
+                       error)) {
+            rollBack(db);
+            return false;
+        }
+        return true;
     }
-    QString findQuery() const override {
-        return QStringLiteral("SELECT id, util FROM tool_list WHERE lower(tool) = lower(?) "
-                              "ORDER BY id LIMIT 1 FOR UPDATE");
+    QString lookUpQuery(const QString &names) const override {
+        return QStringLiteral(
+                   "SELECT lower(n.name), t.id, t.util FROM json_array_elements_text(CAST(%1 AS "
+                   "json)) WITH ORDINALITY AS n(name, i) LEFT JOIN LATERAL (SELECT id, util FROM "
+                   "tool_list WHERE lower(tool) = lower(n.name) ORDER BY id LIMIT 1 FOR UPDATE) "
+                   "AS t ON true ORDER BY n.i")
+            .arg(names);
     }
-    QString insertQuery() const override {
-        return QStringLiteral("INSERT INTO tool_list (tool, util, date) VALUES (?, 1, ?)");
+    QString updateQuery(const QString &rows, const QString &date) const override {
+        return QStringLiteral("UPDATE tool_list AS t SET tool = r.tool, util = r.util, "
+                              "date = CAST(%2 AS timestamp) FROM json_to_recordset(CAST(%1 AS "
+                              "json)) AS r(key bigint, tool text, util integer) WHERE t.id = r.key")
+            .arg(rows, date);
     }
-    QString updateQuery() const override {
-        return QStringLiteral("UPDATE tool_list SET tool = ?, util = ?, date = ? WHERE id = ?");
+    QString insertQuery(const QString &rows, const QString &date) const override {
+        return QStringLiteral("INSERT INTO tool_list (tool, util, date) SELECT r.tool, r.util, "
+                              "CAST(%2 AS timestamp) FROM json_to_recordset(CAST(%1 AS json)) "
+                              "AS r(tool text, util integer)")
+            .arg(rows, date);
     }
     QString gridQuery() const override {
         // The date as the same text a file holds, not in the grid's locale.
@@ -149,6 +193,16 @@ private:
 };
 
 } // namespace
+
+QString sqlLiteral(const QSqlDatabase &db, const QVariant &value) {
+    QSqlField field(QString(), value.metaType());
+    field.setValue(value);
+    return db.driver()->formatValue(field);
+}
+
+QString sqlLiteral(const QSqlDatabase &db, const QJsonArray &array) {
+    return sqlLiteral(db, QString::fromUtf8(QJsonDocument(array).toJson(QJsonDocument::Compact)));
+}
 
 ToolDbEngine toolDbEngineOf(const QString &name) {
     return name.startsWith(QLatin1String("postgresql://")) ||

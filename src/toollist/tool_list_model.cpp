@@ -1,7 +1,9 @@
 #include "tool_list_model.h"
 
 #include "number_text.h"
+#include "tool_count.h"
 
+#include <QCoreApplication>
 #include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -19,10 +21,12 @@ bool ToolListModel::refresh() {
     if (!m_connection)
         m_connection =
             std::make_unique<ToolDbConnection>(QStringLiteral("grid"), m_name, m_busyTimeoutMs);
-    if (m_connection->isOpen() && read())
+    // A session the server has dropped is not asked again: it is made anew.
+    const bool live = m_connection->isOpen() && m_connection->database().isOpen();
+    if (live && read())
         return true;
     // A lock only costs another wait; anything else may be a session the server has dropped.
-    if (m_connection->isOpen() && m_connection->dialect().isBusy(lastError()))
+    if (live && m_connection->dialect().isBusy(lastError()))
         return false;
     clear();
     if (!m_connection->reopen()) {
@@ -55,6 +59,14 @@ bool ToolListModel::setData(const QModelIndex &index, const QVariant &value, int
     if (role != Qt::EditRole || !index.isValid() || index.column() >= columnCount() ||
         !m_connection)
         return false;
+    QSqlDatabase db = m_connection->database();
+    if (!db.isOpen()) { // a session the server has dropped: the next refresh makes a new one
+        m_error = QCoreApplication::translate(
+                      "ToolList", "The change was not saved: the connection to the tool database "
+                                  "%1 was lost.")
+                      .arg(m_connection->displayName());
+        return false;
+    }
     const QString field = record().fieldName(index.column());
     QVariant stored = value;
     if (field.compare(QLatin1String("util"), Qt::CaseInsensitive) == 0) {
@@ -65,16 +77,18 @@ bool ToolListModel::setData(const QModelIndex &index, const QVariant &value, int
         if (!util)
             return false;
         stored = int(*util);
+    } else if (field.compare(QLatin1String("tool"), Qt::CaseInsensitive) == 0) {
+        // A name the counting would refuse is refused here too, on either engine alike.
+        m_error = toolNameProblem(value.toString());
+        if (!m_error.isEmpty())
+            return false;
     }
     const QVariant key = record(index.row()).value(QSqlQueryModel::columnCount() - 1);
-    QSqlDatabase db = m_connection->database();
     QSqlQuery update(db);
-    update.prepare(QStringLiteral("UPDATE tool_list SET %1 = ? WHERE %2 = ?")
-                       .arg(db.driver()->escapeIdentifier(field, QSqlDriver::FieldName),
-                            m_connection->dialect().key()));
-    update.addBindValue(stored);
-    update.addBindValue(key);
-    if (!update.exec()) {
+    if (!update.exec(QStringLiteral("UPDATE tool_list SET %1 = %2 WHERE %3 = %4")
+                         .arg(db.driver()->escapeIdentifier(field, QSqlDriver::FieldName),
+                              sqlLiteral(db, stored), m_connection->dialect().key(),
+                              sqlLiteral(db, key)))) {
         m_error = m_connection->errorText(update.lastError());
         return false;
     }

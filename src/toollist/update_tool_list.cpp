@@ -25,10 +25,13 @@ QString countProgram(const QString &database, const QString &file,
         return connection.error();
     QFile nc(file);
     if (!nc.open(QIODevice::ReadOnly))
-        return QCoreApplication::translate("ToolList", "%1: %2").arg(file, nc.errorString());
+        return QCoreApplication::translate(
+                   "ToolList", "The tools of %1 cannot be counted: it cannot be read (%2).")
+            .arg(file, nc.errorString());
     const ToolScan scan = scanToolLines(nc, limits, limitCount);
     nc.close();
-    // The names ahead of a bad line are counted: each count stands on its own.
+    // The names ahead of a line the scan could not read are counted; a failure of the count
+    // itself is told first.
     const ToolCount count =
         countTools(connection, scan.names, QDateTime::currentDateTime(), onBusy);
     return count.failed() ? count.failure : scan.failure;

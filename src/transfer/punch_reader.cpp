@@ -122,7 +122,7 @@ Punch PunchReader::read(Link &l, int waitMs, int silenceMs,
             l.yield.DoEvents();
         }
     } catch (const CommError &e) {
-        p.portFailure = QCoreApplication::translate("Port", "%1: %2").arg(e.device, e.reason);
+        p.portFailure = e.message();
     }
     l.timer.setEnabled(false);
     m_ignored += m_line.size();

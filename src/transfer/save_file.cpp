@@ -38,8 +38,13 @@ void SaveFile(Link &l, const QByteArray &buffer) {
     // Written beside the old file and renamed over it only once all of it is written: a full
     // disk or a failed write leaves what was there, and no empty file where there was none.
     // Bytes as they came: no codec and no line-end translation on the way to the file.
-    QString why = notRegularReason(path);
-    if (why.isEmpty()) {
+    const QString shown = QDir::toNativeSeparators(path);
+    QString text;
+    if (const QString kind = notRegularReason(path); !kind.isEmpty()) {
+        text = QCoreApplication::translate("File", "The program cannot be saved: %1 %2.")
+                   .arg(shown, kind);
+    } else {
+        QString why;
         QSaveFile file(path);
         file.setDirectWriteFallback(false);
         // A failed flush is not seen by commit(), which would rename a cut file over the old
@@ -50,11 +55,12 @@ void SaveFile(Link &l, const QByteArray &buffer) {
         } else if (!file.commit()) {
             why = file.errorString();
         }
+        if (!why.isEmpty())
+            text = QCoreApplication::translate("File", "The program cannot be saved as %1: %2")
+                       .arg(shown, why);
     }
-    if (!why.isEmpty()) {
+    if (!text.isEmpty()) {
         // The program still stands in Text1, so nothing is lost but this attempt.
-        const QString text =
-            QCoreApplication::translate("File", "%1: %2").arg(QDir::toNativeSeparators(path), why);
         l.outcome.fail(OutcomeKind::FileFailure, text);
         l.screen.msgBox(text, BoxIcon::Critical, QString());
         return;

@@ -164,7 +164,8 @@ void SendData(Link &l, const QString &FileName) {
             l.screen.setMousePointer(DefaultPointer);
             l.screen.setLabel1Visible(false);
             const QString text =
-                QCoreApplication::translate("File", "%1: %2").arg(FileName, file.errorString());
+                QCoreApplication::translate("File", "The NC file %1 cannot be sent: %2")
+                    .arg(FileName, file.errorString());
             l.outcome.fail(OutcomeKind::FileFailure, text);
             l.screen.msgBox(text, BoxIcon::Critical, QString());
             return;

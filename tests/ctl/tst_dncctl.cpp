@@ -2,6 +2,7 @@
 // real port on a pseudo-terminal: the bytes that reach the control, the exit status, and what
 // stands on standard output and error.
 #include "files.h"
+#include "journal_rows.h"
 #include "tool_db_fixture.h"
 #include "vcontrol_process.h"
 
@@ -34,6 +35,7 @@ public:
                       faults))
             return false;
         m_env.insert("XDG_CONFIG_HOME", m_dir.path());
+        m_env.insert("XDG_STATE_HOME", m_dir.path());
         m_env.insert("DNC_CLOCK_DIVISOR", "20"); // a 5 s time-out takes 250 ms
         m_env.insert("DNC_COM1", vc.device());
         // [Zero] names a port that is none.
@@ -53,6 +55,7 @@ public:
                writeFile(path("dnc.ini"), ini + "[Ports]\nCOM1=" + vc.device().toUtf8() + "\n");
     }
     QString path(const QString &name) const { return m_dir.filePath(name); }
+    QString journal() const { return m_dir.filePath(QStringLiteral("dnc/journal.db")); }
     QString stored(const QString &name) const { return m_store.filePath(name); }
 
     // Starts dncctl, or `program`, in this folder.
@@ -90,68 +93,74 @@ private slots:
         QTest::addColumn<QByteArray>("saved");   // got.tap afterwards; null: not there
         QTest::addColumn<QStringList>("faults"); // of the control
         QTest::addColumn<QString>("err");        // a part of the reason given; empty: none
+        QTest::addColumn<QString>("journal");    // "operation outcome" of its row; empty: none
         const auto row = [](const char *name, const char *type, const QStringList &args,
-                            const QByteArray &rx, int code, const QByteArray &out = {},
-                            const QByteArray &saved = {}, const QStringList &faults = {},
-                            const QString &err = {}) {
+                            const QByteArray &rx, int code, const char *journal,
+                            const QByteArray &out = {}, const QByteArray &saved = {},
+                            const QStringList &faults = {}, const QString &err = {}) {
             QTest::newRow(name) << QString::fromLatin1(type) << args << rx << code << out << saved
-                                << faults << err;
+                                << faults << err << QString::fromLatin1(journal);
         };
         const QByteArray listing = "MC,/ISO\r" + Go + Go + Go;
         const QByteArray program = "N1 G0 X0\r\nN2 M30\r\n\r\n";
         const QByteArray partOnWire = QByteArray(Part).replace('\n', "");
-        row("send 303", "303", {"send", "PART.tap"}, "R\r" + partOnWire + "\x04\r", 0);
-        row("receive 303 into a file", "303", {"receive", "got.tap"}, "PC\r" + Go + Go + Go, 0, {},
-            program);
+        row("send 303", "303", {"send", "PART.tap"}, "R\r" + partOnWire + "\x04\r", 0, "send done");
+        row("receive 303 into a file", "303", {"receive", "got.tap"}, "PC\r" + Go + Go + Go, 0,
+            "receive done", {}, program);
         row("receive 504 by name to standard output", "504", {"receive", "A1.NC", "-"},
-            listing + "PC,/ISO/A1.NC\r" + Go + Go + Go, 0, program);
-        row("list 504", "504", {"list"}, listing, 0, "A1.NC\nB 2.NC\n");
-        row("change 303", "303", {"change"}, "CC", 0);
-        row("delete 504", "504", {"delete", "B 2.NC"}, listing + "DC,/ISO/B 2.NC\r" + Go, 0);
+            listing + "PC,/ISO/A1.NC\r" + Go + Go + Go, 0, "receive done", program);
+        row("list 504", "504", {"list"}, listing, 0, "list done", "A1.NC\nB 2.NC\n");
+        row("change 303", "303", {"change"}, "CC", 0, "change done");
+        row("delete 504", "504", {"delete", "B 2.NC"}, listing + "DC,/ISO/B 2.NC\r" + Go, 0,
+            "delete done");
         // Refused before anything reaches the control.
-        row("change on 504: not offered", "504", {"change"}, {}, 8);
-        row("receive into a missing folder", "303", {"receive", "no/such/got.tap"}, {}, 5);
+        row("change on 504: not offered", "504", {"change"}, {}, 8, "");
+        row("receive into a missing folder", "303", {"receive", "no/such/got.tap"}, {}, 5, "");
         // Each command whose result a silence spoils says so, in the language of -c.
         const QStringList silent{"--silent"};
         const QString timeout = QStringLiteral("Timeout - No answer from CNC");
         row("send 303 to a silent control: EOT all the same", "303", {"send", "PART.tap"},
-            "R\r\x04\r", 3, {}, {}, silent, timeout);
-        row("list a silent 504, in German", "504", {"-c", "049", "list"}, "MC,/ISO\r" + Go, 3, {},
-            {}, silent, QStringLiteral("Wartezeit überschritten - Keine Antwort von CNC erhalten"));
+            "R\r\x04\r", 3, "send timeout", {}, {}, silent, timeout);
+        row("list a silent 504, in German", "504", {"-c", "049", "list"}, "MC,/ISO\r" + Go, 3,
+            "list timeout", {}, {}, silent,
+            QStringLiteral("Wartezeit überschritten - Keine Antwort von CNC erhalten"));
         row("send 303, the device vanishes", "303", {"send", "PART.tap"},
-            "R\r(PART)\r/T4 DRILL 8.5\rN10 G0 X0\r", 4, {}, {}, {"--crash-after-line", "3"},
-            "it was unplugged, or closed at the other end");
+            "R\r(PART)\r/T4 DRILL 8.5\rN10 G0 X0\r", 4, "send port_failure", {}, {},
+            {"--crash-after-line", "3"}, "it was unplugged, or closed at the other end");
         // Ended well on the wire, but the control lacks lines: a status of their own.
         row("send 303, a blank line stops it", "303", {"send", "BLANK.tap"}, "R\rN1\r\x04\r", 10,
-            {}, {}, {}, "the 2 lines with text behind it were not sent");
-        row("send 303, LF line ends only", "303", {"send", "LF.tap"}, "R\rN1\nN2\n\r\x04\r", 10, {},
-            {}, {}, "its 2 lines ended by LF went out as one line");
+            "send done", {}, {}, {}, "the 2 lines with text behind it were not sent");
+        row("send 303, LF line ends only", "303", {"send", "LF.tap"}, "R\rN1\nN2\n\r\x04\r", 10,
+            "send done", {}, {}, {}, "its 2 lines ended by LF went out as one line");
         row("receive 303, two lines a chunk", "303", {"receive", "got.tap"}, "PC\r" + Go + Go, 10,
-            {}, "N1 G0 X0\r\n\r\n", {"--two-lines"}, "1 lines the control sent were not kept");
-        row("delete a name not on the control", "504", {"delete", "C3.NC"}, listing, 6, {}, {}, {},
-            "C3.NC: no such program");
+            "receive done", {}, "N1 G0 X0\r\n\r\n", {"--two-lines"},
+            "1 lines the control sent were not kept");
+        row("delete a name not on the control", "504", {"delete", "C3.NC"}, listing, 6,
+            "delete not_on_control", {}, {}, {}, "C3.NC: no such program");
         // Part-way: the head (this one has neither number nor %), then from the place on; a
         // place the file does not hold is a file failure, with nothing sent.
         row("send from a line", "303", {"--from-line", "3", "send", "PART.tap"},
-            "R\rN10 G0 X0\rN20 M30\r\x04\r", 0);
+            "R\rN10 G0 X0\rN20 M30\r\x04\r", 0, "send done");
         row("send from a block it does not hold", "303",
-            {"--from-block", "N99", "send", "PART.tap"}, {}, 5, {}, {}, {},
+            {"--from-block", "N99", "send", "PART.tap"}, {}, 5, "send file_failure", {}, {}, {},
             "no line of it is block N99");
         // Mistakes of a script's, told before the port opens.
         row("a file named with a dash, after --", "303", {"send", "--", "-part.tap"},
-            "R\rN1\r\x04\r", 0);
-        row("an empty limit string", "303", {"-x", "", "send", "PART.tap"}, {}, 2, {}, {}, {},
+            "R\rN1\r\x04\r", 0, "send done");
+        row("an empty limit string", "303", {"-x", "", "send", "PART.tap"}, {}, 2, "", {}, {}, {},
             "-x takes");
-        row("a section whose port is COM0:", "303", {"-s", "Zero", "send", "PART.tap"}, {}, 8, {},
-            {}, {}, "Port=COM0: in section [Zero]");
-        row("--port naming no device", "303", {"--port", "/dev/ttyDNCNONE", "list"}, {}, 4, {}, {},
-            {}, "there is no such device");
+        row("a section whose port is COM0:", "303", {"-s", "Zero", "send", "PART.tap"}, {}, 8, "",
+            {}, {}, {}, "Port=COM0: in section [Zero]");
+        row("--port naming no device", "303", {"--port", "/dev/ttyDNCNONE", "list"}, {}, 4,
+            "list port_failure", {}, {}, {}, "there is no such device");
         // The faults an operator meets first, in the language of -c, naming the port or file.
         row("--port naming no device, in German", "303",
-            {"-c", "049", "--port", "/dev/ttyDNCNONE", "list"}, {}, 4, {}, {}, {},
-            "COM1: (/dev/ttyDNCNONE): kann nicht geöffnet werden: dieses Gerät gibt es nicht.");
-        row("a FIFO to send, in German", "303", {"-c", "049", "send", "FIFO.tap"}, {}, 5, {}, {},
-            {}, "dncctl: FIFO.tap: keine normale Datei\n");
+            {"-c", "049", "--port", "/dev/ttyDNCNONE", "list"}, {}, 4, "list port_failure", {}, {},
+            {},
+            "Die Schnittstelle COM1: (/dev/ttyDNCNONE) kann nicht geöffnet werden: dieses Gerät "
+            "gibt es nicht.");
+        row("a FIFO to send, in German", "303", {"-c", "049", "send", "FIFO.tap"}, {}, 5, "", {},
+            {}, {}, "dncctl: FIFO.tap: keine normale Datei\n");
     }
     void commands() {
         QFETCH(QString, type);
@@ -166,7 +175,8 @@ private slots:
 
         QProcess p;
         QCOMPARE(rig.run(p, QStringList{"-s", "Shop"} + args), code);
-        QTEST(p.readAllStandardOutput(), "out");
+        const QByteArray out = p.readAllStandardOutput();
+        QTEST(out, "out");
         // Nothing but a reason on standard error, and only when something went wrong.
         const QByteArray reason = p.readAllStandardError();
         QVERIFY2(reason.isEmpty() == (code == 0), reason.constData());
@@ -176,6 +186,33 @@ private slots:
         QCOMPARE(rig.vc.rxSettled(rx.size()), rx);
         QCOMPARE(QFile::exists(rig.path("got.tap")), !saved.isNull());
         QCOMPARE(readFile(rig.path("got.tap")), saved);
+
+        // One row for an operation that ran, none for a command refused before the port.
+        QFETCH(QString, journal);
+        const QList<QVariantMap> rows = journalRows(rig.journal());
+        QCOMPARE(rows.size(), journal.isEmpty() ? 0 : 1);
+        if (journal.isEmpty())
+            return;
+        const QVariantMap &r = rows[0];
+        QCOMPARE(r["operation"].toString() + ' ' + r["outcome"].toString(), journal);
+        QCOMPARE(r["machine"].toString(), QStringLiteral("Shop"));
+        QCOMPARE(r["control"].toString(), type);
+        QVERIFY(!r["user_name"].toString().isEmpty());
+        const QByteArray sent = readFile(rig.path(args.last()));
+        const QByteArray kept = args.last() == "-" ? out : saved;
+        const auto sha = [](const QByteArray &b) {
+            return QCryptographicHash::hash(b, QCryptographicHash::Sha256).toHex();
+        };
+        if (journal == "send done") {
+            // The program's part of what the control read: without the start and the end mark.
+            QCOMPARE(r["bytes"].toLongLong(), rx.size() - 4);
+            QCOMPARE(r["sha256"].toByteArray(), sha(sent));
+        } else if (journal == "receive done") {
+            // What came over the line: the lines kept, without the LF the save adds to each
+            // and the empty line it closes the file with.
+            QCOMPARE(r["bytes"].toLongLong(), QByteArray(kept).replace("\r\n", "\r").size() - 1);
+            QCOMPARE(r["sha256"].toByteArray(), sha(kept));
+        }
     }
 
     // The device a port opens is the one chosen for it in the setup dialog.

@@ -220,10 +220,10 @@ private slots:
         QTest::addColumn<int>("error");        // the system's words that QSerialPort passes on
         QTest::addColumn<QStringList>("says"); // parts of the reason; %user: who opens
         row("busy: another program holds it", EBUSY,
-            QStringList{"cannot be opened: another program holds it", "Close that program"});
+            QStringList{"another program holds it", "Close that program"});
         row("no permission", EACCES,
-            QStringList{"cannot be opened: the user %user may not open it",
-                        "sudo adduser %user dialout", "lets no group open it"});
+            QStringList{"the user %user may not open it", "sudo adduser %user dialout",
+                        "lets no group open it"});
     }
     // A device another program holds: the operator is told which, to close it.
     void openRefusedHolderNamed() {

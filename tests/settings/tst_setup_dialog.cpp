@@ -1,4 +1,5 @@
 #include "ini_file.h"
+#include "languages.h"
 #include "port_devices.h"
 #include "rows.h"
 #include "setup_dialog.h"
@@ -140,6 +141,32 @@ private slots:
             "\n\n\"Look again\" asks the device server whether it answers."));
         QTest::mouseClick(again.DeviceRefresh, Qt::LeftButton);
         QTRY_VERIFY(again.DeviceInfo->text().endsWith("\n\n" + told));
+    }
+
+    // The device column speaks the language of -c: its label, its entry for an unplugged
+    // device, what it says of it, and its button.
+    void deviceColumnInTheLanguage_data() {
+        QTest::addColumn<int>("language");
+        QTest::addColumn<QStringList>("says"); // label, entry, note, button
+        row("French", 2,
+            QStringList{"Périphérique de COM1:", "absent : ", "Absent de ce PC pour l'instant.",
+                        "Actualiser"});
+        row("German", 3,
+            QStringList{"Gerät für COM1:", "nicht vorhanden: ",
+                        "Zurzeit an diesem PC nicht vorhanden.", "Neu suchen"});
+    }
+    void deviceColumnInTheLanguage() {
+        QFETCH(int, language);
+        QFETCH(QStringList, says);
+        IniFile ini;
+        ini.write("[Default]\nPort=COM1:\n\n[Ports]\nCOM1=" + ById.toUtf8() + "\n");
+        loadTranslations(qint16(language));
+        SetupDialog d(ini.g, nullptr, [] { return QList<SerialDevice>{Builtin}; });
+        loadTranslations(1);
+        QVERIFY2(d.DeviceInfo->text().startsWith(says[0]), qPrintable(d.DeviceInfo->text()));
+        QCOMPARE(d.DeviceCombo->currentText(), says[1] + ById);
+        QVERIFY2(d.DeviceInfo->text().endsWith("\n\n" + says[2]), qPrintable(d.DeviceInfo->text()));
+        QCOMPARE(d.DeviceRefresh->text(), says[3]);
     }
 };
 

@@ -4,6 +4,7 @@
 // folder of received ones, with settings of its own.
 
 #include "files.h"
+#include "journal_rows.h"
 #include "vcontrol_process.h"
 
 #include <QDir>
@@ -27,6 +28,18 @@ public:
     QString program(const QString &name) const { return path(QStringLiteral("programs/") + name); }
     QString received(const QString &name) const { return path(QStringLiteral("received/") + name); }
     QString link() const { return path(QStringLiteral("ttyUSB0")); }
+    QString journal() const { return path(QStringLiteral("dnc/journal.db")); }
+    // The journal's rows once it holds `count` (written after the log's line), or as they
+    // are after ten seconds.
+    QList<QVariantMap> journalRowsWhen(qsizetype count) {
+        QDeadlineTimer deadline(10000);
+        QList<QVariantMap> rows = journalRows(journal());
+        while (rows.size() < count && !deadline.hasExpired()) {
+            QTest::qWait(50);
+            rows = journalRows(journal());
+        }
+        return rows;
+    }
 
     // The control, punching each of `punches` in turn from `punchAfterMs` on.
     bool startControl(const QList<QByteArray> &punches, int punchAfterMs = 1000,
@@ -51,9 +64,9 @@ public:
         writeFile(path("dnc.ini"), ini);
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.insert("XDG_CONFIG_HOME", m_dir.path());
+        env.insert("XDG_STATE_HOME", m_dir.path());
         env.insert("DNC_COM1", link());
         env.insert("DNC_LOCK_DIR", m_dir.path());
-        env.insert("XDG_STATE_HOME", m_dir.path()); // the default journal, the station's state
         return env;
     }
 

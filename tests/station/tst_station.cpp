@@ -62,7 +62,24 @@ private slots:
         // later (the control's log stamps its reads a few milliseconds early).
         const qint64 gapMs = rig.vc.answerGapUs() / 1000;
         QVERIFY2(gapMs >= 290 && gapMs < 1300, qPrintable(QString::number(gapMs)));
-        QVERIFY(rig.waitForLog(answer.contains("(DNC ") ? "refused" : "answer done"));
+        const bool refused = answer.contains("(DNC ");
+        QVERIFY(rig.waitForLog(refused ? "refused" : "answer done"));
+
+        // The request's row: the bytes and the file of what went out, or why it was refused.
+        const QList<QVariantMap> rows = rig.journalRowsWhen(1);
+        QCOMPARE(rows.size(), 1);
+        const QVariantMap &r = rows[0];
+        QCOMPARE(r["operation"].toString(), QStringLiteral("request"));
+        QCOMPARE(r["machine"].toString(), QStringLiteral("Lathe1"));
+        QCOMPARE(r["outcome"].toString(), refused ? QStringLiteral("refused") : "done");
+        QCOMPARE(r["bytes"].toLongLong(), answer.size() - 1); // the X-on is the dialogue's
+        if (refused) {
+            QVERIFY(answer.contains(r["message"].toByteArray()));
+        } else {
+            QCOMPARE(r["sha256"].toByteArray(),
+                     QCryptographicHash::hash(Part, QCryptographicHash::Sha256).toHex());
+            QCOMPARE(r["start"].toString().isEmpty(), !comment.contains("/LI"));
+        }
     }
 
     // Filed under its number, never over a file that is there, cut by silence all the same.
@@ -78,6 +95,20 @@ private slots:
         QCOMPARE(readFile(rig.received("O77.tap")), cut);
         QVERIFY(rig.log().contains("cut short: the control fell silent"));
         QCOMPARE(QDir(rig.path("received")).entryList(QDir::Files | QDir::Hidden).size(), 4);
+
+        // A row a punch, with the bytes and the SHA-256 of the file it was filed in.
+        const QList<QVariantMap> rows = rig.journalRowsWhen(4);
+        QCOMPARE(rows.size(), 4);
+        QStringList outcomes;
+        for (const QVariantMap &r : rows) {
+            QCOMPARE(r["operation"].toString(), QStringLiteral("punch"));
+            const QByteArray filed = readFile(r["file"].toString());
+            QCOMPARE(r["bytes"].toLongLong(), filed.size());
+            QCOMPARE(r["sha256"].toByteArray(),
+                     QCryptographicHash::hash(filed, QCryptographicHash::Sha256).toHex());
+            outcomes << r["outcome"].toString();
+        }
+        QCOMPARE(outcomes, QStringList({"done", "done", "done", "timeout"}));
     }
 
     // A "303" speaks only when asked: nothing for a station to serve, and it says so. SIGHUP
@@ -136,7 +167,7 @@ private slots:
         try {
             parts.comm.setPortOpen(true);
         } catch (const CommError &e) {
-            why = e.reason;
+            why = e.message();
         }
         QVERIFY2(why.contains(holder), qPrintable(why));
         QVERIFY(!parts.comm.portOpen());

@@ -12,6 +12,7 @@
 
 #include <QtTest>
 #include <latch>
+#include <mutex>
 #include <thread>
 
 #include <arpa/inet.h>
@@ -71,6 +72,39 @@ QStringList leaksOf(const QString &password) {
     return leaks;
 }
 
+// Letters that do not compress, so that a server's index meets the name at its full length.
+QByteArray letters(int count, quint32 seed) {
+    QRandomGenerator random(seed);
+    QByteArray text;
+    for (int i = 0; i < count; ++i)
+        text += char('a' + random.bounded(26));
+    return text;
+}
+
+// Every message Qt and its drivers give while it lives, from any thread.
+class MessageCapture {
+public:
+    MessageCapture() {
+        s_messages = &m_messages;
+        m_previous =
+            qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &text) {
+                const std::lock_guard lock(s_mutex);
+                *s_messages << text;
+            });
+    }
+    ~MessageCapture() { qInstallMessageHandler(m_previous); }
+    QStringList messages() const {
+        const std::lock_guard lock(s_mutex);
+        return m_messages;
+    }
+
+private:
+    static inline std::mutex s_mutex;
+    static inline QStringList *s_messages = nullptr;
+    QStringList m_messages;
+    QtMessageHandler m_previous;
+};
+
 } // namespace
 
 class TstToolList : public QObject {
@@ -120,8 +154,9 @@ private slots:
         QTest::addColumn<QString>("rows");
         QTest::addColumn<QString>("failure"); // a part of the box's text; empty: no box
         const auto row = [](const char *name, std::optional<ToolDbEngine> only, QVariant xUtil,
-                            const QByteArray &program, const char *rows, const char *box = "") {
-            engineRow(name, only, xUtil, program, QString(rows), QString(box));
+                            const QByteArray &program, const QString &rows,
+                            const QString &box = {}) {
+            engineRow(name, only, xUtil, program, rows, box);
         };
         const QByteArray bad = "/t1 a\r/t2 x\r/t3 b\r";
         row("single quote and SQL are a plain name", BothEngines, 3,
@@ -137,6 +172,23 @@ private slots:
             "x:3:old|DRILL:5:old|a:1:now", "double quote");
         row("line without name", BothEngines, 3, "/t1 a\r/t2\r/t3 b\r",
             "x:3:old|DRILL:5:old|a:1:now", "/t2");
+        // All lines of a program count together; the line that stops them, stops them there.
+        row("a count reaches its highest inside the program", BothEngines, 32766,
+            "/t1 x\r/t2 x\r/t3 b\r", "x:32767:now|DRILL:5:old", "32767");
+        row("names repeated, a known one under another case", BothEngines, 32767,
+            "/t1 drill\r/t2 new\r/t3 new\r/t1 drill\r/t4 x\r/t1 drill\r/t5 late\r",
+            "x:32767:old|drill:7:now|new:2:now", "32767");
+        // What a server can neither index nor hold is refused on either engine alike.
+        const QByteArray longest = letters(2000, 1), tooLong = letters(3000, 2);
+        row("a name of 2000 bytes", BothEngines, 3, "/t1 " + longest + "\r",
+            "x:3:old|DRILL:5:old|" + longest + ":1:now");
+        row("a name over 2000 bytes", BothEngines, 3, "/t1 a\r/t2 " + tooLong + "\r/t3 b\r",
+            "x:3:old|DRILL:5:old|a:1:now", "3000 bytes long; a tool name may hold at most 2000");
+        row("1001 characters of 2 bytes", BothEngines, 3,
+            "/t1 a\r/t2 " + QByteArray(1001, '\xe9') + "\r/t3 b\r", "x:3:old|DRILL:5:old|a:1:now",
+            "2002 bytes long");
+        row("a NUL in a name", BothEngines, 3, QByteArray("/t1 a\r/t2 x") + '\0' + "y\r/t3 b\r",
+            "x:3:old|DRILL:5:old|a:1:now", "\"x\u2400y\" holds a NUL");
     }
     void counts() {
         QFETCH(ToolDbEngine, engine);
@@ -188,7 +240,7 @@ private slots:
         QSqlDatabase otherDb = other.database();
         QSqlError error;
         QVERIFY(exclusive ? QSqlQuery(otherDb).exec(QStringLiteral("BEGIN EXCLUSIVE"))
-                          : other.dialect().beginCount(otherDb, "drill", 5000, {}, error));
+                          : other.dialect().beginCount(otherDb, {"drill"}, 5000, {}, error));
         bool held = true;
         const auto release = [&] {
             if (std::exchange(held, false))
@@ -226,15 +278,14 @@ private slots:
         }
     }
 
-    // Eight stations with connections of their own count the same names at once, half of them
-    // known under another case and half new: every count goes through once, and every name
-    // keeps one row.
+    // Eight stations count programs with the same names at once, each send with a connection of
+    // its own and the time-out the program waits for a lock, half of the names known under
+    // another case and half new: no send is refused as busy, every line counts once, and every
+    // name keeps one row.
     void concurrentStations_data() {
         QTest::addColumn<ToolDbEngine>("engine");
         QTest::addColumn<int>("programs"); // per station
-        engineRow("8 stations", PostgresOnly, 150);
-        // One writer at a time, each commit on the disk: fewer programs, the same rules.
-        engineRow("8 writers on one file", SqliteOnly, 10);
+        engineRow("8 stations", BothEngines, 40);
     }
     void concurrentStations() {
         QFETCH(ToolDbEngine, engine);
@@ -242,38 +293,118 @@ private slots:
         QFETCH(int, programs);
         constexpr int Stations = 8;
         ToolDbFixture db{engine};
-        QStringList names, want;
+        QByteArray program;
+        QStringList want;
         for (int i = 0; i < 6; ++i) {
-            names << QStringLiteral("tool %1").arg(i);
+            const QString name = QStringLiteral("tool %1").arg(i);
+            program += "/t" + QByteArray::number(i + 1) + ' ' + name.toLatin1() + '\r';
             const int known = i % 2 ? 0 : 100 + i;
             if (known)
                 QVERIFY(db.exec("INSERT INTO tool_list (tool, util, Date) VALUES (?, ?, ?)",
-                                {names[i].toUpper(), known, Old}));
-            want << names[i] + ':' + QString::number(known + Stations * programs);
+                                {name.toUpper(), known, Old}));
+            want << name + ':' + QString::number(known + Stations * programs);
         }
+        const QString file = db.program(program);
         QList<QStringList> failures(Stations);
+        MessageCapture capture; // nothing of the driver's from any station's thread
         {
-            std::latch connected(Stations); // all start counting together
+            std::latch ready(Stations); // all start counting together
             std::vector<std::jthread> stations;
             for (int k = 0; k < Stations; ++k)
                 stations.emplace_back([&, k] {
-                    // SQLite's waiting writers are not served in turn: one may wait as long as
-                    // the whole run, which is what this test must not fail on.
-                    const ToolDbConnection connection(QStringLiteral("station"), db.path(), 60000);
-                    if (!connection.isOpen())
-                        failures[k] << connection.error();
-                    connected.arrive_and_wait();
-                    for (int j = 0; j < programs && failures[k].isEmpty(); ++j) {
-                        const ToolCount count =
-                            countTools(connection, names, QDateTime::currentDateTime());
-                        if (count.failed() || count.counted != names.size())
-                            failures[k] << count.failure;
-                    }
+                    Globals g;
+                    g.DatabasePath = db.path();
+                    RecordingScreen screen;
+                    ToolListUpdater updater(g, screen);
+                    ready.arrive_and_wait();
+                    for (int j = 0; j < programs; ++j)
+                        updater.UpdateToolList(file);
+                    for (const RecordingScreen::Box &box : std::exchange(screen.boxes, {}))
+                        failures[k] << box.text;
                 });
         }
         for (const QStringList &f : failures)
             QVERIFY2(f.isEmpty(), qPrintable(f.join(u'|')));
+        QVERIFY2(capture.messages().isEmpty(), qPrintable(capture.messages().join(u'\n')));
         QCOMPARE(db.rows("SELECT tool, util FROM tool_list ORDER BY tool"), want);
+    }
+
+    // A reader in the middle of a read (the grid, a report) does not hold off a count.
+    void readerDuringCount_data() {
+        QTest::addColumn<ToolDbEngine>("engine");
+        engineRow("a read stays open", BothEngines);
+    }
+    void readerDuringCount() {
+        QFETCH(ToolDbEngine, engine);
+        REQUIRE_TOOL_DB(engine);
+        Sender s(engine, 300);
+        QVERIFY(
+            s.db.exec("INSERT INTO tool_list (tool, util, Date) VALUES ('drill', 5, ?)", {Old}));
+        s.send("/t1 drill\r"); // the first connection sets the file's mode
+        ToolDbConnection reader(QStringLiteral("reader"), s.db.path(), 5000);
+        QSqlQuery read(reader.database());
+        QVERIFY(read.exec(QStringLiteral("BEGIN")));
+        QVERIFY(read.exec(QStringLiteral("SELECT * FROM tool_list")) && read.next());
+        s.send("/t1 drill\r/t2 mill\r");
+        read.exec(QStringLiteral("ROLLBACK"));
+        QCOMPARE(s.db.rows("SELECT tool, util FROM tool_list ORDER BY {key}"),
+                 (QStringList{"drill:7", "mill:1"}));
+    }
+
+    // A server that drops a session while a count waits for a lock, or under the grid: the
+    // operator is told in words of this program, and nothing of the driver's reaches standard
+    // error; the grid comes back by itself.
+    void droppedSession_data() {
+        QTest::addColumn<ToolDbEngine>("engine");
+        engineRow("terminated by the server", PostgresOnly);
+    }
+    void droppedSession() {
+        if (!QTest::currentDataTag())
+            QSKIP("a server's case, and this run has no server");
+        QFETCH(ToolDbEngine, engine);
+        REQUIRE_TOOL_DB(engine);
+        ToolDbFixture db{engine};
+        QVERIFY(db.exec("INSERT INTO tool_list (tool, util, Date) VALUES ('drill', 5, ?)", {Old}));
+        const auto dropOthers = [&](const QString &which) {
+            QStringList dropped;
+            db.exec("SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE datname = "
+                    "current_database() AND pid <> pg_backend_pid() AND " +
+                        which,
+                    {}, &dropped);
+            return dropped.size();
+        };
+        MessageCapture capture; // until every connection of the case is gone
+        {
+            ToolListModel grid(db.path(), 200);
+            QVERIFY(grid.refresh());
+            QCOMPARE(dropOthers("true"), 1);
+            QVERIFY(!grid.setData(grid.index(0, 1), 9));
+            QVERIFY(grid.refresh());
+            QCOMPARE(grid.index(0, 1).data().toInt(), 5);
+        }
+        {
+            ToolDbConnection other(QStringLiteral("other"), db.path(), 5000);
+            QSqlDatabase otherDb = other.database();
+            QSqlError error;
+            QVERIFY(other.dialect().beginCount(otherDb, {"drill"}, 5000, {}, error));
+            ToolCount count;
+            std::jthread station([&] {
+                const ToolDbConnection connection(QStringLiteral("station"), db.path(), 5000);
+                count = countTools(connection, {"drill"}, QDateTime::currentDateTime());
+            });
+            QDeadlineTimer deadline(3000);
+            int dropped = 0;
+            while (!(dropped = dropOthers("wait_event_type = 'Lock'")) && !deadline.hasExpired())
+                QThread::msleep(10);
+            station.join();
+            QSqlQuery(otherDb).exec(QStringLiteral("ROLLBACK"));
+            QCOMPARE(dropped, 1);
+            QVERIFY2(count.failure.contains("The tools of this program were not counted") &&
+                         count.counted == 0,
+                     qPrintable(count.failure));
+        }
+        QCOMPARE(db.rows("SELECT tool, util FROM tool_list"), QStringList{"drill:5"});
+        QVERIFY2(capture.messages().isEmpty(), qPrintable(capture.messages().join(u'\n')));
     }
 
     // No message holds a password, whatever the URI looks like: at start-up, at a send, in the

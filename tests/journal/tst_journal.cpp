@@ -1,0 +1,387 @@
+// The journal of transfers: where dncctl writes it, what a journal in trouble does to a send
+// (nothing), eight senders at once, and what `dncctl journal` gives back to a script. The
+// writer's keeping of rows and the window's rows are checked in this process.
+#include "journal_rows.h"
+#include "journal_writer.h"
+#include "rows.h"
+#include "tool_db_fixture.h"
+#include "vcontrol_process.h"
+#include "window_rig.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+
+#include <memory>
+#include <unistd.h>
+
+namespace {
+
+// A tool name with braces, a comma and a backslash, which an SQL array must hold as they are.
+const QByteArray
+    Part("(PART)\r\n/T4 DRILL 8.5\r\n/T7 MILL 12\r\n/T9 TAP {M6,X} \\B\r\nN10 G0 X0\r\n"
+         "N20 M30\r\n");
+const QByteArray PartOnWire = "R\r" + QByteArray(Part).replace('\n', "") + "\x04\r";
+
+QByteArray sha(const QByteArray &bytes) {
+    return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex();
+}
+
+// A shop folder: dnc.ini with [Shop] on a "303", the program PART.tap, and a state folder of
+// its own; a virtual control for each dncctl that runs at once.
+class Shop {
+public:
+    std::vector<std::unique_ptr<VControlProcess>> controls;
+
+    explicit Shop(int count = 1, const QByteArray &more = {}) {
+        writeFile(path("PART.tap"), Part);
+        writeFile(path("dnc.ini"), "[Shop]\nPort=COM1:\nBaud=115200\nParity=N\nData=8\nStop=1\n"
+                                   "CNC=303\n" +
+                                       more);
+        m_env.insert("XDG_CONFIG_HOME", m_dir.path());
+        m_env.insert("XDG_STATE_HOME", path("state"));
+        for (int i = 0; i < count; ++i) {
+            controls.push_back(std::make_unique<VControlProcess>());
+            if (!controls.back()->start({"--type", "303", "--dir", m_dir.path()}))
+                qFatal("no virtual control: %s", qPrintable(controls.back()->errorString()));
+        }
+    }
+    QString path(const QString &name) const { return m_dir.filePath(name); }
+    QString journal() const { return path("state/dnc/journal.db"); }
+    QProcessEnvironment &env() { return m_env; }
+
+    // dncctl with `args` on control `i`, started; `shell` runs it under /bin/sh -c with that
+    // text before it.
+    void launch(QProcess &p, const QStringList &args, int i = 0, const QString &shell = {}) {
+        const QStringList line =
+            QStringList{"-s", "Shop", "--port", controls[size_t(i)]->device()} + args;
+        p.setProcessEnvironment(m_env);
+        p.setWorkingDirectory(m_dir.path());
+        if (shell.isEmpty()) {
+            p.start(DNCCTL_PATH, line);
+            return;
+        }
+        QString command = shell + QStringLiteral(" exec '%1'").arg(DNCCTL_PATH);
+        for (const QString &a : line)
+            command += QStringLiteral(" '%1'").arg(a);
+        p.start("/bin/sh", {"-c", command});
+    }
+    int run(QProcess &p, const QStringList &args, int i = 0, const QString &shell = {}) {
+        launch(p, args, i, shell);
+        return p.waitForFinished(60000) && p.exitStatus() == QProcess::NormalExit ? p.exitCode()
+                                                                                  : -1;
+    }
+    // dncctl journal ... : its standard output; fails the test on a status other than 0.
+    QByteArray read(const QStringList &args) {
+        QProcess p;
+        p.setProcessEnvironment(m_env);
+        p.start(DNCCTL_PATH, QStringList{"journal"} + args);
+        if (!p.waitForFinished(30000) || p.exitCode() != 0)
+            qWarning() << p.readAllStandardError();
+        return p.readAllStandardOutput();
+    }
+
+private:
+    QTemporaryDir m_dir;
+    QProcessEnvironment m_env = QProcessEnvironment::systemEnvironment();
+};
+
+// RFC 4180: fields split at commas outside quotes, "" a quote within them, CRLF ending a row.
+QList<QStringList> parseCsv(const QString &text) {
+    QList<QStringList> rows;
+    QStringList row;
+    QString field;
+    bool quoted = false;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text[i];
+        if (quoted) {
+            if (c == u'"' && i + 1 < text.size() && text[i + 1] == u'"')
+                field += text[++i];
+            else if (c == u'"')
+                quoted = false;
+            else
+                field += c;
+        } else if (c == u'"') {
+            quoted = true;
+        } else if (c == u',') {
+            row << field;
+            field.clear();
+        } else if (c == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n') {
+            rows << (row << field);
+            row.clear();
+            field.clear();
+            ++i;
+        } else {
+            field += c;
+        }
+    }
+    return rows;
+}
+
+// Whether the immutable flag (root) or the mode (anyone else) keeps `path` from being written.
+bool setWritable(const QString &path, bool on) {
+    if (::geteuid() == 0)
+        return QProcess::execute("chattr", {on ? "-i" : "+i", path}) == 0;
+    return QFile::setPermissions(path,
+                                 on ? QFile::ReadOwner | QFile::WriteOwner : QFile::ReadOwner);
+}
+
+} // namespace
+
+class TestJournal : public QObject {
+    Q_OBJECT
+private slots:
+    // Without -d the journal is a file of the user's own, made on first use wherever the
+    // state folder is; Journal=0 in the section turns it off.
+    void defaultFile_data() {
+        QTest::addColumn<bool>("xdg"); // XDG_STATE_HOME set, else only HOME
+        QTest::addColumn<QByteArray>("more");
+        QTest::addColumn<int>("rows");
+        QTest::newRow("XDG_STATE_HOME") << true << QByteArray() << 1;
+        QTest::newRow("HOME only") << false << QByteArray() << 1;
+        QTest::newRow("Journal=0") << true << QByteArray("Journal=0\n") << 0;
+    }
+    void defaultFile() {
+        QFETCH(bool, xdg);
+        QFETCH(QByteArray, more);
+        QFETCH(int, rows);
+        Shop shop(1, more);
+        const QString file = xdg ? shop.journal() : shop.path("home/.local/state/dnc/journal.db");
+        shop.env().insert("HOME", shop.path("home"));
+        if (!xdg)
+            shop.env().remove("XDG_STATE_HOME");
+        QProcess p;
+        QCOMPARE(shop.run(p, {"send", "PART.tap"}), 0);
+        QCOMPARE(p.readAllStandardError(), QByteArray());
+        QCOMPARE(shop.controls[0]->rxSettled(PartOnWire.size()), PartOnWire);
+        QCOMPARE(QFile::exists(file), rows > 0);
+        const QList<QVariantMap> got = journalRows(file);
+        QCOMPARE(got.size(), rows);
+        if (rows == 0)
+            return;
+        QCOMPARE(got[0]["operation"].toString() + ' ' + got[0]["outcome"].toString(),
+                 QStringLiteral("send done"));
+        QCOMPARE(got[0]["sha256"].toByteArray(), sha(Part));
+        QCOMPARE(got[0]["bytes"].toLongLong(), PartOnWire.size() - 4); // without R CR, EOT CR
+        QCOMPARE(got[0]["file"].toString(), shop.path("PART.tap"));
+        // Both tools of a send that reached the control whole.
+        QStringList tools;
+        for (const QVariantMap &t : journalRows(file, "tool_usage"))
+            tools << t["tool"].toString() + '@' + t["machine"].toString();
+        QCOMPARE(tools, QStringList({"drill 8.5@Shop", "mill 12@Shop", "tap {m6,x} \\b@Shop"}));
+    }
+
+    // A journal that cannot be written leaves the send as it was: the same bytes on the wire,
+    // the same exit status; it is said once, and so is the row that is lost.
+    void failingJournal_data() {
+        QTest::addColumn<QString>("fault");
+        QTest::newRow("locked") << "locked";
+        QTest::newRow("read-only") << "read-only";
+        QTest::newRow("disk full") << "full";
+    }
+    void failingJournal() {
+        QFETCH(QString, fault);
+        Shop shop;
+        QString none;
+        const auto made = openJournalDatabase("test", {shop.journal(), true}, &none);
+        QVERIFY2(made && createJournalTables(*made).isEmpty(), qPrintable(none));
+        QSqlQuery lock(made->database());
+        QString shell;
+        if (fault == "locked")
+            QVERIFY(lock.exec("BEGIN EXCLUSIVE"));
+        if (fault == "read-only")
+            QVERIFY(setWritable(shop.journal(), false));
+        // No file may grow past 512 bytes, and the signal that would say so is ignored.
+        if (fault == "full")
+            shell = "trap '' XFSZ; ulimit -f 1;";
+        QProcess p;
+        const int code = shop.run(p, {"send", "PART.tap"}, 0, shell);
+        if (fault == "read-only")
+            QVERIFY(setWritable(shop.journal(), true));
+        lock.exec("ROLLBACK");
+        QCOMPARE(code, 0);
+        QCOMPARE(shop.controls[0]->rxSettled(PartOnWire.size()), PartOnWire);
+        const QString err = QString::fromUtf8(p.readAllStandardError());
+        QCOMPARE(err.count("cannot be written"), 1);
+        QVERIFY2(err.contains("1 row(s) of the journal could not be written and are lost"),
+                 qPrintable(err));
+        QCOMPARE(journalRows(shop.journal()).size(), 0);
+    }
+
+    // Rows that cannot be written are kept in order and written with the next that can be;
+    // beyond what is kept, the oldest go and a row says how many.
+    void keptRows() {
+        QTemporaryDir dir;
+        const JournalTarget target{dir.filePath("journal.db"), true};
+        QString none;
+        const auto other = openJournalDatabase("other", target, &none);
+        QVERIFY(other && createJournalTables(*other).isEmpty());
+        QStringList said;
+        {
+            JournalWriter writer(
+                target, [&said](const QString &t) { said << t; }, 0, 3);
+            QSqlQuery lock(other->database());
+            QVERIFY(lock.exec("BEGIN EXCLUSIVE"));
+            for (int i = 1; i <= 5; ++i) {
+                JournalRow row;
+                row.time = QDateTime::currentDateTimeUtc();
+                row.machine = "M" + QString::number(i);
+                row.operation = "send";
+                row.outcome = "done";
+                writer.add(row);
+            }
+            QCOMPARE(writer.kept(), 3);
+            QCOMPARE(writer.lost(), 2);
+            QCOMPARE(said.size(), 1); // said once, not at every row
+            QVERIFY(lock.exec("ROLLBACK"));
+            QVERIFY(writer.flush());
+        }
+        QStringList got;
+        for (const QVariantMap &r : journalRows(target.name))
+            got << r["machine"].toString() + ':' + r["operation"].toString() + ':' +
+                       r["lines"].toString();
+        QCOMPARE(got, QStringList({"M5:journal:2", "M3:send:0", "M4:send:0", "M5:send:0"}));
+        QCOMPARE(said.size(), 1);
+    }
+
+    // Eight dncctl sending at once into one database: a row each, none lost, the tools of
+    // each counted in the tool list and in the usage.
+    void eightAtOnce_data() {
+        QTest::addColumn<ToolDbEngine>("engine");
+        engineRow("eight senders", BothEngines);
+    }
+    void eightAtOnce() {
+        QFETCH(ToolDbEngine, engine);
+        REQUIRE_TOOL_DB(engine);
+        ToolDbFixture db(engine);
+        if (db.postgres())
+            QVERIFY(db.exec("DROP TABLE IF EXISTS transfer_journal, tool_usage, station_state"));
+        Shop shop(8);
+        std::vector<std::unique_ptr<QProcess>> senders;
+        for (int i = 0; i < 8; ++i) {
+            senders.push_back(std::make_unique<QProcess>());
+            shop.launch(*senders.back(), {"-d", db.path(), "send", "PART.tap"}, i);
+        }
+        for (int i = 0; i < 8; ++i) {
+            QProcess &p = *senders[size_t(i)];
+            QVERIFY(p.state() == QProcess::NotRunning || p.waitForFinished(60000));
+            QVERIFY2(p.exitCode() == 0, p.readAllStandardError().constData());
+            QCOMPARE(shop.controls[size_t(i)]->rxSettled(PartOnWire.size()), PartOnWire);
+            QCOMPARE(p.readAllStandardError(), QByteArray());
+        }
+        const QList<QVariantMap> rows = journalRows(db.path());
+        QCOMPARE(rows.size(), 8);
+        for (const QVariantMap &r : rows)
+            QCOMPARE(r["outcome"].toString() + ' ' + r["sha256"].toString(),
+                     "done " + QString::fromLatin1(sha(Part)));
+        QStringList used;
+        for (const QVariantMap &t : journalRows(db.path(), "tool_usage"))
+            used << t["tool"].toString();
+        used.sort();
+        QCOMPARE(used.size(), 24);
+        QCOMPARE(QStringList(used.mid(0, 1) + used.mid(8, 1) + used.mid(16, 1)).join('|'),
+                 QStringLiteral("drill 8.5|mill 12|tap {m6,x} \\b"));
+        QCOMPARE(db.rows("SELECT tool, util FROM tool_list ORDER BY tool"),
+                 QStringList({"drill 8.5:8", "mill 12:8", "tap {m6,x} \\b:8"}));
+    }
+
+    // What a script gets back: CSV a spreadsheet reads, JSON a parser reads, with the names
+    // scripts rely on; rows chosen by time, machine and outcome; old rows removed.
+    void readBack() {
+        Shop shop;
+        const QString odd = QStringLiteral("a,b \"c\".tap");
+        QVERIFY(writeFile(shop.path(odd), Part));
+        QProcess p;
+        QCOMPARE(shop.run(p, {"send", odd}), 0);
+        {
+            JournalWriter writer({shop.journal(), true}, {});
+            JournalRow old;
+            old.time = QDateTime(QDate(2026, 1, 5), QTime(8, 30), Qt::UTC);
+            old.machine = "Lathe";
+            old.operation = "receive";
+            old.outcome = "timeout";
+            old.message = "line one\nline two";
+            writer.add(old);
+            old.time = old.time.addDays(1);
+            old.outcome = "done";
+            writer.add(old);
+            QCOMPARE(writer.kept(), 0);
+        }
+        const QStringList names{
+            "time",  "host",  "machine", "device", "control", "operation", "file",        "program",
+            "bytes", "lines", "sha256",  "start",  "outcome", "message",   "duration_ms", "user"};
+        const QList<QStringList> csv = parseCsv(QString::fromUtf8(shop.read({"--format", "csv"})));
+        QCOMPARE(csv.size(), 4);
+        QCOMPARE(csv[0], names);
+        QCOMPARE(csv[1][names.indexOf("message")], QStringLiteral("line one\nline two"));
+        QCOMPARE(csv[1][names.indexOf("time")], QStringLiteral("2026-01-05T08:30:00.000Z"));
+        const QStringList sent = csv[3];
+        QCOMPARE(sent.size(), names.size());
+        QCOMPARE(sent[names.indexOf("file")], shop.path(odd));
+        QCOMPARE(sent[names.indexOf("sha256")], QString::fromLatin1(sha(Part)));
+        QCOMPARE(sent[names.indexOf("bytes")], QString::number(PartOnWire.size() - 4));
+        QCOMPARE(sent[names.indexOf("operation")] + sent[names.indexOf("outcome")], "senddone");
+
+        QJsonParseError error;
+        const QJsonDocument json =
+            QJsonDocument::fromJson(shop.read({"--format", "json", "--machine", "Shop"}), &error);
+        QCOMPARE(error.error, QJsonParseError::NoError);
+        QCOMPARE(json.array().size(), 1);
+        const QJsonObject o = json.array()[0].toObject();
+        QCOMPARE(o.keys().size(), names.size());
+        for (const QString &name : names)
+            QVERIFY2(o.contains(name), qPrintable(name));
+        QCOMPARE(o["bytes"].toInteger(), PartOnWire.size() - 4);
+        QCOMPARE(o["file"].toString(), shop.path(odd));
+        QCOMPARE(QDateTime::fromString(o["time"].toString(), Qt::ISODateWithMs).timeSpec(),
+                 Qt::UTC);
+
+        // Chosen by time (a day given alone is taken in whole) and by outcome.
+        const auto count = [&](const QStringList &args) {
+            return parseCsv(QString::fromUtf8(shop.read(QStringList{"--format", "csv"} + args)))
+                       .size() -
+                   1;
+        };
+        QCOMPARE(count({"--until", "2026-01-05"}), 1);
+        QCOMPARE(count({"--since", "2026-01-05T12:00", "--until", "2026-01-06"}), 1);
+        QCOMPARE(count({"--outcome", "timeout"}), 1);
+        QCOMPARE(count({"--machine", "Lathe", "--outcome", "done"}), 1);
+        shop.read({"--prune-before", "2026-01-06"});
+        QCOMPARE(count({}), 2);
+    }
+
+    // The window's rows come from the same records: a send through the window, as the port
+    // took it.
+    void windowSend() {
+        if (qEnvironmentVariable("DNC_TOOL_ENGINES", "sqlite") == "postgres")
+            QSKIP("one engine is enough");
+        QTemporaryDir dir;
+        writeFile(dir.filePath("P.tap"), Part);
+        WindowRig r("303", "TapeDir=" + dir.path().toUtf8());
+        r.f.comm.onOutput = [&r](const QByteArray &) { r.f.comm.inbox += Go; };
+        r.open("-b"); // the file chosen by name
+        JournalWriter writer({dir.filePath("journal.db"), true}, {});
+        r.w->setJournal([&](const OutcomeRecord &record) {
+            writer.add(journalRow(record, journalContext(r.f.g, "/dev/ttyS0"), r.f.g));
+        });
+        r.guard.expect<QInputDialog>([](QInputDialog *box) {
+            box->setTextValue(QStringLiteral("P"));
+            box->accept();
+        });
+        QTest::mouseClick(r.w->Command1[1], Qt::LeftButton);
+        const QByteArray wire = r.f.comm.written();
+        QVERIFY2(wire.endsWith("N20 M30\r" + Eot), wire.toHex().constData());
+        const QList<QVariantMap> rows = journalRows(dir.filePath("journal.db"));
+        QCOMPARE(rows.size(), 1);
+        QCOMPARE(rows[0]["operation"].toString() + ' ' + rows[0]["outcome"].toString(),
+                 QStringLiteral("send done"));
+        QCOMPARE(rows[0]["sha256"].toByteArray(), sha(Part));
+        QCOMPARE(rows[0]["bytes"].toLongLong(), QByteArray(Part).replace('\n', "").size());
+        QVERIFY(wire.contains(QByteArray(Part).replace('\n', "")));
+        QCOMPARE(rows[0]["device"].toString(), QStringLiteral("/dev/ttyS0"));
+    }
+};
+
+QTEST_MAIN(TestJournal)
+#include "tst_journal.moc"
