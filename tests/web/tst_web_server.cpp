@@ -42,6 +42,8 @@ private slots:
     void acceptLanguage();
     void listenAddress_data();
     void listenAddress();
+    void commandLine_data();
+    void commandLine();
     void ticks_data();
     void ticks();
 
@@ -149,6 +151,46 @@ void WebServerTest::listenAddress() {
     if (ok) {
         QCOMPARE(parsedAddress, QHostAddress(address));
         QCOMPARE(int(parsedPort), port);
+    }
+}
+
+void WebServerTest::commandLine_data() {
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("error"); // a word of the error; empty: none
+    QTest::addColumn<QString>("database");
+    QTest::addColumn<QString>("listen");
+    QTest::newRow("nothing") << QStringList{} << ""
+                             << ""
+                             << "127.0.0.1:8080";
+    QTest::newRow("both") << QStringList{"--listen", "0.0.0.0:80", "-d", "postgresql://dnc@s/dnc"}
+                          << ""
+                          << "postgresql://dnc@s/dnc"
+                          << "0.0.0.0:80";
+    QTest::newRow("-d without its value") << QStringList{"-d"} << "-d"
+                                          << ""
+                                          << "";
+    QTest::newRow("-d with an empty value") << QStringList{"-d", ""} << "-d"
+                                            << ""
+                                            << "";
+    QTest::newRow("a bad address") << QStringList{"--listen", "8080"} << "8080"
+                                   << ""
+                                   << "";
+    QTest::newRow("unknown") << QStringList{"--port", "80"} << "--port"
+                             << ""
+                             << "";
+}
+
+void WebServerTest::commandLine() {
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, error);
+    QFETCH(QString, database);
+    QFETCH(QString, listen);
+    const WebOptions o = WebCommandLine::parse(arguments);
+    QCOMPARE(o.error.isEmpty(), error.isEmpty());
+    QVERIFY2(o.error.contains(error), qPrintable(o.error));
+    if (error.isEmpty()) {
+        QCOMPARE(o.database, database);
+        QCOMPARE(o.address.toString() + ':' + QString::number(o.port), listen);
     }
 }
 
