@@ -2,7 +2,7 @@
 
 # Manual pages and the changelog, compressed as Debian keeps them (gzip -9n: no name, no time,
 # so that two builds of the same text give the same bytes).
-set(dnc_manpages dnc.1 dncctl.1 dnc-vcontrol.1 dnc-station.8)
+set(dnc_manpages dnc.1 dncctl.1 dnc-vcontrol.1 dnc-station.8 dnc-web.8)
 set(dnc_gzipped "")
 foreach(page ${dnc_manpages})
   add_custom_command(
@@ -20,7 +20,7 @@ add_custom_command(
   VERBATIM)
 add_custom_target(manpage ALL DEPENDS ${dnc_gzipped} ${CMAKE_BINARY_DIR}/changelog.Debian.gz)
 
-install(TARGETS dnc dncctl dnc-station RUNTIME DESTINATION bin)
+install(TARGETS dnc dncctl dnc-station dnc-web RUNTIME DESTINATION bin)
 # The virtual control, for trying the program without a machine.
 install(PROGRAMS $<TARGET_FILE:vcontrol> DESTINATION bin RENAME dnc-vcontrol)
 # install(TARGETS) strips only what it installs itself, and keeps .comment and .note: strip
@@ -28,7 +28,7 @@ install(PROGRAMS $<TARGET_FILE:vcontrol> DESTINATION bin RENAME dnc-vcontrol)
 install(CODE "set(dnc_strip \"${CMAKE_STRIP}\")")
 install(CODE [[
   if(CMAKE_INSTALL_DO_STRIP)
-    foreach(program dnc dncctl dnc-station dnc-vcontrol)
+    foreach(program dnc dncctl dnc-station dnc-web dnc-vcontrol)
       execute_process(
         COMMAND ${dnc_strip} --remove-section=.comment --remove-section=.note --strip-unneeded
                 $ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}/bin/${program}
@@ -45,9 +45,12 @@ install(FILES packaging/dnc-128.png DESTINATION share/icons/hicolor/128x128/apps
 install(DIRECTORY sql/ DESTINATION share/dnc FILES_MATCHING PATTERN "*.sql")
 list(FILTER dnc_gzipped EXCLUDE REGEX "\\.8\\.gz$")
 install(FILES ${dnc_gzipped} DESTINATION share/man/man1)
-install(FILES ${CMAKE_BINARY_DIR}/dnc-station.8.gz DESTINATION share/man/man8)
+install(FILES ${CMAKE_BINARY_DIR}/dnc-station.8.gz ${CMAKE_BINARY_DIR}/dnc-web.8.gz
+  DESTINATION share/man/man8)
 # The station as a service: one instance a machine, run as the user dnc of group dialout.
 install(FILES packaging/systemd/dnc-station@.service DESTINATION lib/systemd/system)
+# The pages for the shop's browsers, as the same user.
+install(FILES packaging/systemd/dnc-web.service DESTINATION lib/systemd/system)
 install(FILES packaging/systemd/dnc.sysusers DESTINATION lib/sysusers.d RENAME dnc.conf)
 install(FILES packaging/dnc-station.ini.example DESTINATION share/doc/dnc/examples
   RENAME dnc-station.ini)

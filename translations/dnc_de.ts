@@ -575,6 +575,10 @@ SIGTERM hält sie an, SIGHUP liest dnc.ini zwischen zwei Übertragungen neu.
         <source>tool %1</source>
         <translation>Werkzeug %1</translation>
     </message>
+    <message>
+        <source>the station&apos;s state is not written: %1</source>
+        <translation>der Zustand der Station wird nicht geschrieben: %1</translation>
+    </message>
 </context>
 <context>
     <name>ToolList</name>
@@ -689,6 +693,303 @@ SIGTERM hält sie an, SIGHUP liest dnc.ini zwischen zwei Übertragungen neu.
     <message>
         <source>The change was not saved: the connection to the tool database %1 was lost.</source>
         <translation>Die Änderung wurde nicht gespeichert: die Verbindung zur Werkzeugdatenbank %1 ist abgerissen.</translation>
+    </message>
+</context>
+<context>
+    <name>Web</name>
+    <message>
+        <source>All machines</source>
+        <translation>Alle Maschinen</translation>
+    </message>
+    <message>
+        <source>All outcomes</source>
+        <translation>Alle Ergebnisse</translation>
+    </message>
+    <message>
+        <source>Machine</source>
+        <translation>Maschine</translation>
+    </message>
+    <message>
+        <source>Day</source>
+        <translation>Tag</translation>
+    </message>
+    <message>
+        <source>Outcome</source>
+        <translation>Ergebnis</translation>
+    </message>
+    <message>
+        <source>Show</source>
+        <translation>Anzeigen</translation>
+    </message>
+    <message>
+        <source>Download as CSV</source>
+        <translation>Als CSV herunterladen</translation>
+    </message>
+    <message>
+        <source>No journal row matches.</source>
+        <translation>Keine Zeile des Protokolls passt.</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Operation</source>
+        <translation>Vorgang</translation>
+    </message>
+    <message>
+        <source>Program</source>
+        <translation>Programm</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Bytes</source>
+        <translation>Bytes</translation>
+    </message>
+    <message>
+        <source>Duration</source>
+        <translation>Dauer</translation>
+    </message>
+    <message>
+        <source>← Newer</source>
+        <translation>← Neuere</translation>
+    </message>
+    <message>
+        <source>Page %1</source>
+        <translation>Seite %1</translation>
+    </message>
+    <message>
+        <source>Older →</source>
+        <translation>Ältere →</translation>
+    </message>
+    <message>
+        <source>Journal</source>
+        <translation>Protokoll</translation>
+    </message>
+    <message>
+        <source>Send</source>
+        <translation>Senden</translation>
+    </message>
+    <message>
+        <source>Receive</source>
+        <translation>Empfangen</translation>
+    </message>
+    <message>
+        <source>Punched at the control</source>
+        <translation>An der Steuerung gestanzt</translation>
+    </message>
+    <message>
+        <source>Request from the control</source>
+        <translation>Anforderung der Steuerung</translation>
+    </message>
+    <message>
+        <source>List of programs</source>
+        <translation>Programmliste</translation>
+    </message>
+    <message>
+        <source>Change program</source>
+        <translation>Programmwahl</translation>
+    </message>
+    <message>
+        <source>Change execute</source>
+        <translation>Produktionsprogramm wählen</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Erledigt</translation>
+    </message>
+    <message>
+        <source>Time-out</source>
+        <translation>Zeitüberschreitung</translation>
+    </message>
+    <message>
+        <source>Port failure</source>
+        <translation>Schnittstellenfehler</translation>
+    </message>
+    <message>
+        <source>Interrupted</source>
+        <translation>Unterbrochen</translation>
+    </message>
+    <message>
+        <source>Refused</source>
+        <translation>Abgelehnt</translation>
+    </message>
+    <message>
+        <source>Not on the control</source>
+        <translation>Nicht auf der Steuerung</translation>
+    </message>
+    <message>
+        <source>File failure</source>
+        <translation>Dateifehler</translation>
+    </message>
+    <message>
+        <source>Sent, tools not counted</source>
+        <translation>Gesendet, Werkzeuge nicht gezählt</translation>
+    </message>
+    <message>
+        <source>Cancelled</source>
+        <translation>Abgebrochen</translation>
+    </message>
+    <message>
+        <source>Journal rows lost</source>
+        <translation>Protokollzeilen verloren</translation>
+    </message>
+    <message>
+        <source>No station</source>
+        <translation>Keine Station</translation>
+    </message>
+    <message>
+        <source>Offline</source>
+        <translation>Nicht erreichbar</translation>
+    </message>
+    <message>
+        <source>Listening</source>
+        <translation>Wartet auf die Steuerung</translation>
+    </message>
+    <message>
+        <source>Sending, %1 %</source>
+        <translation>Sendet, %1 %</translation>
+    </message>
+    <message>
+        <source>Sending</source>
+        <translation>Sendet</translation>
+    </message>
+    <message>
+        <source>Receiving</source>
+        <translation>Empfängt</translation>
+    </message>
+    <message>
+        <source>Waiting out a request&apos;s delay</source>
+        <translation>Wartet die Verzögerung einer Anforderung ab</translation>
+    </message>
+    <message>
+        <source>Device gone</source>
+        <translation>Schnittstelle weg</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>Gestoppt</translation>
+    </message>
+    <message>
+        <source>No station has reported and the journal is empty.</source>
+        <translation>Keine Station hat sich gemeldet, und das Protokoll ist leer.</translation>
+    </message>
+    <message>
+        <source>Machines</source>
+        <translation>Maschinen</translation>
+    </message>
+    <message>
+        <source>Device</source>
+        <translation>Schnittstelle</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>Zustand</translation>
+    </message>
+    <message>
+        <source>Since</source>
+        <translation>Seit</translation>
+    </message>
+    <message>
+        <source>Last transfer</source>
+        <translation>Letzte Übertragung</translation>
+    </message>
+    <message>
+        <source>Cannot listen on %1:%2: %3</source>
+        <translation>Kann nicht auf %1:%2 lauschen: %3</translation>
+    </message>
+    <message>
+        <source>Serving on http://%1:%2/</source>
+        <translation>Bereit unter http://%1:%2/</translation>
+    </message>
+    <message>
+        <source>Tools</source>
+        <translation>Werkzeuge</translation>
+    </message>
+    <message>
+        <source>Tool</source>
+        <translation>Werkzeug</translation>
+    </message>
+    <message>
+        <source>Most used tools in the last %1 days</source>
+        <translation>Meistgenutzte Werkzeuge der letzten %1 Tage</translation>
+    </message>
+    <message>
+        <source>No tool was used in this period.</source>
+        <translation>In diesem Zeitraum wurde kein Werkzeug benutzt.</translation>
+    </message>
+    <message>
+        <source>Uses</source>
+        <translation>Einsätze</translation>
+    </message>
+    <message>
+        <source>Uses of %1 per day</source>
+        <translation>Einsätze von %1 pro Tag</translation>
+    </message>
+    <message>
+        <source>This tool was not used in this period.</source>
+        <translation>Dieses Werkzeug wurde in diesem Zeitraum nicht benutzt.</translation>
+    </message>
+    <message>
+        <source>%1 takes a value</source>
+        <translation>%1 braucht einen Wert</translation>
+    </message>
+    <message>
+        <source>%1 is not an address and port such as 0.0.0.0:8080</source>
+        <translation>%1 ist keine Adresse mit Port wie 0.0.0.0:8080</translation>
+    </message>
+    <message>
+        <source>Unknown option %1</source>
+        <translation>Unbekannte Option %1</translation>
+    </message>
+    <message>
+        <source>Not allowed</source>
+        <translation>Nicht erlaubt</translation>
+    </message>
+    <message>
+        <source>These pages can only be read.</source>
+        <translation>Diese Seiten können nur gelesen werden.</translation>
+    </message>
+    <message>
+        <source>Journal not available</source>
+        <translation>Protokoll nicht verfügbar</translation>
+    </message>
+    <message>
+        <source>The journal cannot be read at the moment. The page tries again by itself.</source>
+        <translation>Das Protokoll kann gerade nicht gelesen werden. Die Seite versucht es von selbst wieder.</translation>
+    </message>
+    <message>
+        <source>Not found</source>
+        <translation>Nicht gefunden</translation>
+    </message>
+    <message>
+        <source>There is no such page.</source>
+        <translation>Diese Seite gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>Usage: dnc-web [-d DATABASE] [--listen ADDRESS:PORT] | --help | --version
+Shows the machines, the journal of transfers and the tools&apos; use to a browser,
+read-only.
+  -d DATABASE             the journal the stations write: an SQLite file or
+                          postgresql://...; the default journal when not given
+  --listen ADDRESS:PORT   where to listen (default: 127.0.0.1:8080);
+                          0.0.0.0:8080 for every network of the machine
+</source>
+        <translation>Aufruf: dnc-web [-d DATENBANK] [--listen ADRESSE:PORT] | --help | --version
+Zeigt einem Browser die Maschinen, das Protokoll der Übertragungen und den
+Werkzeugeinsatz, nur zum Lesen.
+  -d DATENBANK             das Protokoll, das die Stationen schreiben: eine SQLite-Datei
+                           oder postgresql://...; sonst das Standardprotokoll
+  --listen ADRESSE:PORT    wo gelauscht wird (Standard: 127.0.0.1:8080);
+                           0.0.0.0:8080 für alle Netze des Rechners
+</translation>
     </message>
 </context>
 <context>

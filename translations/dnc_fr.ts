@@ -575,6 +575,10 @@ SIGTERM l&apos;arrête, SIGHUP relit dnc.ini entre deux transferts.
         <source>tool %1</source>
         <translation>outil %1</translation>
     </message>
+    <message>
+        <source>the station&apos;s state is not written: %1</source>
+        <translation>l&apos;état du poste n&apos;est pas écrit : %1</translation>
+    </message>
 </context>
 <context>
     <name>ToolList</name>
@@ -689,6 +693,303 @@ SIGTERM l&apos;arrête, SIGHUP relit dnc.ini entre deux transferts.
     <message>
         <source>The change was not saved: the connection to the tool database %1 was lost.</source>
         <translation>La modification n&apos;a pas été enregistrée : la liaison avec la base d&apos;outils %1 a été perdue.</translation>
+    </message>
+</context>
+<context>
+    <name>Web</name>
+    <message>
+        <source>All machines</source>
+        <translation>Toutes les machines</translation>
+    </message>
+    <message>
+        <source>All outcomes</source>
+        <translation>Tous les résultats</translation>
+    </message>
+    <message>
+        <source>Machine</source>
+        <translation>Machine</translation>
+    </message>
+    <message>
+        <source>Day</source>
+        <translation>Jour</translation>
+    </message>
+    <message>
+        <source>Outcome</source>
+        <translation>Résultat</translation>
+    </message>
+    <message>
+        <source>Show</source>
+        <translation>Afficher</translation>
+    </message>
+    <message>
+        <source>Download as CSV</source>
+        <translation>Télécharger en CSV</translation>
+    </message>
+    <message>
+        <source>No journal row matches.</source>
+        <translation>Aucune ligne du journal ne correspond.</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Heure</translation>
+    </message>
+    <message>
+        <source>Operation</source>
+        <translation>Opération</translation>
+    </message>
+    <message>
+        <source>Program</source>
+        <translation>Programme</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Fichier</translation>
+    </message>
+    <message>
+        <source>Bytes</source>
+        <translation>Octets</translation>
+    </message>
+    <message>
+        <source>Duration</source>
+        <translation>Durée</translation>
+    </message>
+    <message>
+        <source>← Newer</source>
+        <translation>← Plus récentes</translation>
+    </message>
+    <message>
+        <source>Page %1</source>
+        <translation>Page %1</translation>
+    </message>
+    <message>
+        <source>Older →</source>
+        <translation>Plus anciennes →</translation>
+    </message>
+    <message>
+        <source>Journal</source>
+        <translation>Journal</translation>
+    </message>
+    <message>
+        <source>Send</source>
+        <translation>Envoi</translation>
+    </message>
+    <message>
+        <source>Receive</source>
+        <translation>Réception</translation>
+    </message>
+    <message>
+        <source>Punched at the control</source>
+        <translation>Perforé sur la CN</translation>
+    </message>
+    <message>
+        <source>Request from the control</source>
+        <translation>Demande de la CN</translation>
+    </message>
+    <message>
+        <source>List of programs</source>
+        <translation>Liste des programmes</translation>
+    </message>
+    <message>
+        <source>Change program</source>
+        <translation>Changement de programme</translation>
+    </message>
+    <message>
+        <source>Change execute</source>
+        <translation>Changement du programme exécuté</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Effacement</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Terminé</translation>
+    </message>
+    <message>
+        <source>Time-out</source>
+        <translation>Délai dépassé</translation>
+    </message>
+    <message>
+        <source>Port failure</source>
+        <translation>Défaut du port</translation>
+    </message>
+    <message>
+        <source>Interrupted</source>
+        <translation>Interrompu</translation>
+    </message>
+    <message>
+        <source>Refused</source>
+        <translation>Refusé</translation>
+    </message>
+    <message>
+        <source>Not on the control</source>
+        <translation>Absent de la CN</translation>
+    </message>
+    <message>
+        <source>File failure</source>
+        <translation>Erreur de fichier</translation>
+    </message>
+    <message>
+        <source>Sent, tools not counted</source>
+        <translation>Envoyé, outils non comptés</translation>
+    </message>
+    <message>
+        <source>Cancelled</source>
+        <translation>Annulé</translation>
+    </message>
+    <message>
+        <source>Journal rows lost</source>
+        <translation>Lignes du journal perdues</translation>
+    </message>
+    <message>
+        <source>No station</source>
+        <translation>Pas de poste</translation>
+    </message>
+    <message>
+        <source>Offline</source>
+        <translation>Hors ligne</translation>
+    </message>
+    <message>
+        <source>Listening</source>
+        <translation>À l&apos;écoute</translation>
+    </message>
+    <message>
+        <source>Sending, %1 %</source>
+        <translation>Envoi, %1 %</translation>
+    </message>
+    <message>
+        <source>Sending</source>
+        <translation>Envoi</translation>
+    </message>
+    <message>
+        <source>Receiving</source>
+        <translation>Réception</translation>
+    </message>
+    <message>
+        <source>Waiting out a request&apos;s delay</source>
+        <translation>Attend le délai d&apos;une demande</translation>
+    </message>
+    <message>
+        <source>Device gone</source>
+        <translation>Port disparu</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>Arrêté</translation>
+    </message>
+    <message>
+        <source>No station has reported and the journal is empty.</source>
+        <translation>Aucun poste ne s&apos;est signalé et le journal est vide.</translation>
+    </message>
+    <message>
+        <source>Machines</source>
+        <translation>Machines</translation>
+    </message>
+    <message>
+        <source>Device</source>
+        <translation>Port</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>État</translation>
+    </message>
+    <message>
+        <source>Since</source>
+        <translation>Depuis</translation>
+    </message>
+    <message>
+        <source>Last transfer</source>
+        <translation>Dernier transfert</translation>
+    </message>
+    <message>
+        <source>Cannot listen on %1:%2: %3</source>
+        <translation>Impossible d&apos;écouter sur %1:%2 : %3</translation>
+    </message>
+    <message>
+        <source>Serving on http://%1:%2/</source>
+        <translation>En service sur http://%1:%2/</translation>
+    </message>
+    <message>
+        <source>Tools</source>
+        <translation>Outils</translation>
+    </message>
+    <message>
+        <source>Tool</source>
+        <translation>Outil</translation>
+    </message>
+    <message>
+        <source>Most used tools in the last %1 days</source>
+        <translation>Outils les plus utilisés ces %1 derniers jours</translation>
+    </message>
+    <message>
+        <source>No tool was used in this period.</source>
+        <translation>Aucun outil n&apos;a servi pendant cette période.</translation>
+    </message>
+    <message>
+        <source>Uses</source>
+        <translation>Utilisations</translation>
+    </message>
+    <message>
+        <source>Uses of %1 per day</source>
+        <translation>Utilisations de %1 par jour</translation>
+    </message>
+    <message>
+        <source>This tool was not used in this period.</source>
+        <translation>Cet outil n&apos;a pas servi pendant cette période.</translation>
+    </message>
+    <message>
+        <source>%1 takes a value</source>
+        <translation>%1 attend une valeur</translation>
+    </message>
+    <message>
+        <source>%1 is not an address and port such as 0.0.0.0:8080</source>
+        <translation>%1 n&apos;est pas une adresse et un port comme 0.0.0.0:8080</translation>
+    </message>
+    <message>
+        <source>Unknown option %1</source>
+        <translation>Option inconnue %1</translation>
+    </message>
+    <message>
+        <source>Not allowed</source>
+        <translation>Non autorisé</translation>
+    </message>
+    <message>
+        <source>These pages can only be read.</source>
+        <translation>Ces pages sont en lecture seule.</translation>
+    </message>
+    <message>
+        <source>Journal not available</source>
+        <translation>Journal indisponible</translation>
+    </message>
+    <message>
+        <source>The journal cannot be read at the moment. The page tries again by itself.</source>
+        <translation>Le journal ne peut pas être lu pour le moment. La page réessaie d&apos;elle-même.</translation>
+    </message>
+    <message>
+        <source>Not found</source>
+        <translation>Introuvable</translation>
+    </message>
+    <message>
+        <source>There is no such page.</source>
+        <translation>Cette page n&apos;existe pas.</translation>
+    </message>
+    <message>
+        <source>Usage: dnc-web [-d DATABASE] [--listen ADDRESS:PORT] | --help | --version
+Shows the machines, the journal of transfers and the tools&apos; use to a browser,
+read-only.
+  -d DATABASE             the journal the stations write: an SQLite file or
+                          postgresql://...; the default journal when not given
+  --listen ADDRESS:PORT   where to listen (default: 127.0.0.1:8080);
+                          0.0.0.0:8080 for every network of the machine
+</source>
+        <translation>Usage : dnc-web [-d BASE] [--listen ADRESSE:PORT] | --help | --version
+Montre à un navigateur les machines, le journal des transferts et l&apos;usage des
+outils, en lecture seule.
+  -d BASE                  le journal écrit par les postes : fichier SQLite ou
+                           postgresql://... ; le journal par défaut sinon
+  --listen ADRESSE:PORT    où écouter (par défaut : 127.0.0.1:8080) ;
+                           0.0.0.0:8080 pour tous les réseaux de la machine
+</translation>
     </message>
 </context>
 <context>

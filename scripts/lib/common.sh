@@ -8,11 +8,14 @@ BUILD="$ROOT/build"
 # entry and the package as Debian would. ser2net: the device server the network port's tests
 # talk to. qt6-l10n-tools and qt6-tools-dev: lupdate, lrelease and CMake's qt_add_translations
 # for the French and German texts. iproute2: a pulled cable between the network port and its
-# device server, made of a veth pair.
+# device server, made of a veth pair. qt6-httpserver-dev: dnc-web's HTTP server; its CMake files
+# want qt6-websockets-dev too, which Debian's package does not pull in. chromium, chromium-driver
+# and python3-selenium: dnc-web's pages tested, and pictured for the README, in a real browser.
 PACKAGES=(build-essential cmake qt6-base-dev qt6-serialport-dev libqt6sql6-sqlite
           qt6-qpa-plugins libgl-dev fonts-dejavu-core xvfb xauth sqlite3 clang-format ccache
           man-db desktop-file-utils lintian postgresql libqt6sql6-psql systemd ser2net
-          qt6-l10n-tools qt6-tools-dev iproute2)
+          qt6-l10n-tools qt6-tools-dev iproute2 qt6-httpserver-dev qt6-websockets-dev chromium
+          chromium-driver python3-selenium)
 
 install_deps() {
     local missing=()

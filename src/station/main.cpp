@@ -1,6 +1,7 @@
 // dnc-station: serves one machine, the section named by -s, with nobody at the PC.
 #include "app_info.h"
 #include "command_line.h"
+#include "journal_database.h"
 #include "journal_writer.h"
 #include "languages.h"
 #include "profile.h"
@@ -154,5 +155,31 @@ int main(int argc, char *argv[]) {
         if (journalEnabled(g))
             journal.add(row);
     });
-    return station.run();
+
+    // The station's state for dnc-web, beside the journal; a station serves without it.
+    QString stateError;
+    const std::unique_ptr<ToolDbConnection> stateDb =
+        openJournalDatabase(QStringLiteral("state"), journalTarget(g.DatabasePath), &stateError,
+                            StationStateWriter::BusyTimeoutMs);
+    if (stateDb)
+        stateError = createJournalTables(*stateDb);
+    std::unique_ptr<StationStateWriter> stateWriter;
+    if (stateError.isEmpty())
+        stateWriter = std::make_unique<StationStateWriter>(
+            *stateDb, g.ConfigSection, QSysInfo::machineHostName(), [&station, &screen] {
+                StationActivity a = station.activity();
+                if (a.state == QLatin1String("sending"))
+                    a.percent = percentOfCaption(screen.caption());
+                return a;
+            });
+    if (stateWriter) {
+        station.setActivityChanged([&stateWriter] { stateWriter->look(); });
+        stateWriter->start();
+    } else
+        log(QCoreApplication::translate("Station", "the station's state is not written: %1")
+                .arg(stateError));
+    const int status = station.run();
+    if (stateWriter)
+        stateWriter->write({QStringLiteral("stopped"), {}, {}, parts.comm.deviceName()});
+    return status;
 }

@@ -97,7 +97,9 @@ int Station::run() {
             pause(RetryOpenMs);
             continue;
         }
+        m_reading = true;
         const Punch punch = m_reader.read(m_l, -1, m_s.punchSilenceMs, [this] { return m_reload; });
+        m_reading = false;
         const QDateTime arrival = QDateTime::currentDateTimeUtc();
         if (m_reader.ignored() > 0)
             m_log(QCoreApplication::translate("Station", "%1 characters before any %% ignored")
@@ -132,6 +134,7 @@ bool Station::openPort() {
                       .arg(RetryOpenMs / 1000));
         m_lastOpenError = text;
         m_lost = true;
+        changed();
         return false;
     }
     // Opened again after each answer: only a change is worth a line.
@@ -143,6 +146,7 @@ bool Station::openPort() {
     m_lost = false;
     m_listened = true;
     m_lastOpenError.clear();
+    changed();
     return true;
 }
 
@@ -156,6 +160,7 @@ void Station::portLost(const QString &why) {
               .arg(why));
     m_lastOpenError.clear();
     m_lost = true;
+    changed();
 }
 
 void Station::handle(const Punch &punch, const QDateTime &arrival) {
@@ -248,12 +253,19 @@ void Station::serve(const ProgramRequest &request) {
                       .arg(request.name, path));
     }
     // Time for the operator to switch the control to read.
+    m_program = request.name;
+    m_doing = QStringLiteral("waiting");
+    changed();
     pause(m_s.requestDelayMs);
-    if (m_l.state.ending())
-        return;
-    if (why.isEmpty())
-        m_l.startAt = *start;
-    send(path, request, why);
+    if (!m_l.state.ending()) {
+        if (why.isEmpty())
+            m_l.startAt = *start;
+        m_doing = QStringLiteral("sending");
+        changed();
+        send(path, request, why);
+    }
+    m_doing.clear();
+    changed();
 }
 
 void Station::send(const QString &path, const ProgramRequest &request, const QByteArray &refusal) {
@@ -284,6 +296,22 @@ void Station::send(const QString &path, const ProgramRequest &request, const QBy
         row.tools.clear();
     }
     journal(row);
+}
+
+StationActivity Station::activity() const {
+    StationActivity a;
+    a.device = m_comm.deviceName();
+    if (m_lost)
+        a.state = QStringLiteral("device_gone");
+    else if (!m_doing.isEmpty())
+        a.state = m_doing;
+    else if (m_reading && m_reader.started())
+        a.state = QStringLiteral("receiving");
+    else
+        a.state = QStringLiteral("listening");
+    if (!m_doing.isEmpty())
+        a.program = m_program;
+    return a;
 }
 
 void Station::pause(int ms) {

@@ -9,6 +9,7 @@
 #include "punch.h"
 #include "punch_reader.h"
 #include "station_settings.h"
+#include "station_state_writer.h"
 
 #include <QDateTime>
 #include <functional>
@@ -34,6 +35,12 @@ public:
     }
 
     static constexpr int RetryOpenMs = 3000;
+    // What it is doing now, for its row in station_state; the percentage of a send is the
+    // screen's to tell.
+    StationActivity activity() const;
+    // Called each time the activity changes, but for the counter of a send and the start of a
+    // punch, which are only looked at.
+    void setActivityChanged(std::function<void()> f) { m_changed = std::move(f); }
 
 private:
     bool openPort();
@@ -59,4 +66,12 @@ private:
     bool m_lost = false;     // the device went away or could not be opened
     bool m_listened = false; // the port has been open once
     QString m_lastOpenError; // told once until it changes
+    QString m_doing;         // "waiting" or "sending" while a request is served
+    QString m_program;       // the program requested
+    bool m_reading = false;  // waiting for a punch, or taking one
+    std::function<void()> m_changed;
+    void changed() {
+        if (m_changed)
+            m_changed();
+    }
 };

@@ -24,6 +24,8 @@ public:
     // next read. Empty when nothing began.
     Punch read(Link &l, int waitMs, int silenceMs, const std::function<bool()> &stopWaiting = {});
 
+    // Whether the punch of the running read has begun.
+    bool started() const { return m_started; }
     // Characters that came before any "%" since the last read: not part of any punch.
     qint64 ignored() const { return m_ignored; }
 

@@ -27,7 +27,8 @@ errors="$(grep '^E:' "$WORK/lintian.out" || true)"
 # The control fields a shop's apt relies on.
 [ "$(dpkg-deb -f "$deb" Package)" = dnc ] || fail "package name"
 depends="$(dpkg-deb -f "$deb" Depends)"
-for dep in libqt6widgets6 libqt6serialport6 libqt6sql6 qt6-qpa-plugins libqt6sql6-sqlite; do
+for dep in libqt6widgets6 libqt6serialport6 libqt6sql6 qt6-qpa-plugins libqt6sql6-sqlite \
+           libqt6httpserver6; do
     [[ "$depends" == *"$dep"* ]] || fail "Depends lacks $dep: $depends"
 done
 # A tool database on a server (-d postgresql://...) needs Qt's PostgreSQL driver.
@@ -44,6 +45,9 @@ expected=(
     usr/bin/dnc-station
     usr/share/man/man8/dnc-station.8.gz
     usr/lib/systemd/system/dnc-station@.service
+    usr/bin/dnc-web
+    usr/share/man/man8/dnc-web.8.gz
+    usr/lib/systemd/system/dnc-web.service
     usr/lib/sysusers.d/dnc.conf
     usr/share/doc/dnc/examples/dnc-station.ini
     usr/share/applications/dnc.desktop
@@ -58,7 +62,7 @@ for f in "$SRC"/sql/*.sql; do expected+=("usr/share/dnc/$(basename "$f")"); done
 for f in "${expected[@]}"; do
     [ -f "$ROOT/$f" ] || fail "not installed: /$f"
 done
-for p in "${programs[@]}" dnc-station; do
+for p in "${programs[@]}" dnc-station dnc-web; do
     bin="$ROOT/usr/bin/$p"
     [ -x "$bin" ] || fail "not executable: /usr/bin/$p"
     # Stripped as Debian strips: no symbol table, no compiler's notes.
@@ -94,7 +98,7 @@ if command -v desktop-file-validate > /dev/null; then
     desktop-file-validate "$desktop" || fail "desktop-file-validate"
 fi
 # The manual pages render without a warning.
-for page in "${programs[@]/%/.1}" dnc-station.8; do
+for page in "${programs[@]/%/.1}" dnc-station.8 dnc-web.8; do
     warnings="$(LC_ALL=C.UTF-8 MANWIDTH=80 man --warnings -E UTF-8 -l \
         "$ROOT/usr/share/man/man${page##*.}/$page.gz" 2>&1 > /dev/null)"
     [ -z "$warnings" ] || fail "manual page $page: $warnings"
@@ -107,6 +111,13 @@ sed "s|/usr/bin/dnc-station|$ROOT/usr/bin/dnc-station|" \
 verified="$(systemd-analyze verify --man=no "$unit" 2>&1)" || fail "systemd-analyze: $verified"
 [ -z "$verified" ] || fail "systemd-analyze: $verified"
 "$ROOT/usr/bin/dnc-station" --version | grep -q "${version%-*}" || fail "dnc-station --version"
+# The web pages' service the same way, and the program it starts.
+unit="$WORK/dnc-web.service"
+sed "s|/usr/bin/dnc-web|$ROOT/usr/bin/dnc-web|" \
+    "$ROOT/usr/lib/systemd/system/dnc-web.service" > "$unit"
+verified="$(systemd-analyze verify --man=no "$unit" 2>&1)" || fail "systemd-analyze: $verified"
+[ -z "$verified" ] || fail "systemd-analyze: $verified"
+"$ROOT/usr/bin/dnc-web" --version | grep -q "${version%-*}" || fail "dnc-web --version"
 # dnc(1) says that -d may name a server, and where the shell's commands are.
 dnc_page="$(LC_ALL=C MANWIDTH=200 man -l "$ROOT/usr/share/man/man1/dnc.1.gz" 2>/dev/null | col -b)"
 grep -q 'postgresql://' <<< "$dnc_page" || fail "dnc.1 does not name a postgresql:// server for -d"

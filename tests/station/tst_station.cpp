@@ -7,6 +7,9 @@
 #include "transfer.h"
 
 #include <QElapsedTimer>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QThread>
 
 #include <csignal>
 #include <unistd.h>
@@ -244,6 +247,42 @@ private slots:
             QVERIFY2(rig.vc.waitForEvent("STORED", 1, 20000), qPrintable(rig.log()));
             QCOMPARE(rig.vc.rxSettled(want.size()), want);
         }
+    }
+
+    // The station's row in the journal for dnc-web: what it does as it happens, then its
+    // last word.
+    void stateRow() {
+        StationRig rig;
+        // Long enough (about 10 kB at 115200 baud) for the send to be seen under way.
+        QByteArray program = "%\r\nO1234\r\n";
+        for (int i = 0; i < 800; ++i)
+            program += "G1 X" + QByteArray::number(i) + "\r\n";
+        QVERIFY(writeFile(rig.program("O1234.tap"), program + "M30\r\n%\r\n"));
+        QVERIFY2(rig.startControl({request("PRG=1234")}, 1500), qPrintable(rig.vc.errorString()));
+        QVERIFY2(rig.startStation(), qPrintable(rig.log()));
+        QStringList seen;
+        {
+            QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), "state");
+            db.setDatabaseName(rig.path("dnc/journal.db"));
+            QVERIFY(db.open());
+            const auto state = [&db] {
+                QSqlQuery q(db);
+                q.exec("SELECT state, program FROM station_state WHERE machine = 'Lathe1'");
+                return q.next() ? q.value(0).toString() + ':' + q.value(1).toString() : QString();
+            };
+            QDeadlineTimer deadline(15000);
+            while (!deadline.hasExpired() && !(seen.size() >= 4 && seen.last() == "listening:")) {
+                const QString now = state();
+                if (!now.isEmpty() && (seen.isEmpty() || seen.last() != now))
+                    seen << now;
+                QThread::msleep(5);
+            }
+            QVERIFY2(rig.stopStation(), qPrintable(rig.log()));
+            seen << state();
+        }
+        QSqlDatabase::removeDatabase("state");
+        QCOMPARE(seen.join(u' '),
+                 QString("listening: waiting:1234 sending:1234 listening: stopped:"));
     }
 };
 

@@ -1,0 +1,186 @@
+#!/usr/bin/python3
+"""dnc-web's pages in a real browser: Debian's chromium, headless, driven by chromedriver
+through python3-selenium, against a journal seeded with hostile names. Checks what a person
+sees and that the browser's console stays free of errors (a blocked style or script would
+land there). Exit 77 (skipped) when chromium is not installed, unless DNC_BROWSER_REQUIRED is
+set."""
+
+import argparse
+import os
+import shutil
+import socket
+import subprocess
+import sys
+import tempfile
+import time
+
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+import seed_journal  # noqa: E402
+
+SKIP = 77
+
+
+def browser_missing():
+    missing = [p for p in ("chromium", "chromedriver") if not shutil.which(p)]
+    try:
+        import selenium  # noqa: F401
+    except ImportError:
+        missing.append("python3-selenium")
+    return missing
+
+
+def free_port():
+    with socket.socket() as s:
+        s.bind(("127.0.0.1", 0))
+        return s.getsockname()[1]
+
+
+def start_server(dnc_web, database, port, env=None):
+    server = subprocess.Popen([dnc_web, "-d", database, "--listen", "127.0.0.1:%d" % port],
+                              stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, env=env)
+    deadline = time.time() + 10
+    while time.time() < deadline:
+        try:
+            socket.create_connection(("127.0.0.1", port), timeout=0.2).close()
+            return server
+        except OSError:
+            time.sleep(0.05)
+    server.kill()
+    raise RuntimeError("dnc-web did not start listening")
+
+
+def make_driver(language="en", width=1280, height=900):
+    from selenium import webdriver
+    from selenium.webdriver.chrome.service import Service
+    options = webdriver.ChromeOptions()
+    options.binary_location = shutil.which("chromium")
+    for arg in ("--headless=new", "--no-sandbox", "--disable-gpu", "--disable-dev-shm-usage",
+                "--window-size=%d,%d" % (width, height), "--lang=" + language,
+                "--hide-scrollbars"):
+        options.add_argument(arg)
+    options.add_experimental_option("prefs", {"intl.accept_languages": language})
+    options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
+    return webdriver.Chrome(service=Service(shutil.which("chromedriver")), options=options)
+
+
+class Checks:
+    def __init__(self):
+        self.failures = []
+
+    def expect(self, ok, what):
+        print(("ok    " if ok else "FAIL  ") + what)
+        if not ok:
+            self.failures.append(what)
+
+
+def console_errors(driver):
+    return [e for e in driver.get_log("browser") if e.get("level") == "SEVERE"]
+
+
+def run(dnc_web, schema):
+    checks = Checks()
+    with tempfile.TemporaryDirectory() as folder:
+        database = os.path.join(folder, "journal.db")
+        seed_journal.seed(database, schema)
+        port = free_port()
+        base = "http://127.0.0.1:%d" % port
+        server = start_server(dnc_web, database, port)
+        try:
+            check_pages(checks, base)
+        finally:
+            server.terminate()
+            server.wait(5)
+    if checks.failures:
+        print("%d check(s) failed" % len(checks.failures))
+        return 1
+    print("all browser checks passed")
+    return 0
+
+
+def check_pages(checks, base):
+    from selenium.webdriver.common.by import By
+    from selenium.webdriver.support.ui import Select
+
+    driver = make_driver()
+    try:
+        # Machines: each row's state as a person reads it.
+        driver.get(base + "/")
+        rows = driver.find_elements(By.CSS_SELECTOR, "tr.machine")
+        states = {r.find_element(By.CSS_SELECTOR, "td.name").text:
+                  r.find_element(By.CSS_SELECTOR, "td.state").text for r in rows}
+        checks.expect(len(rows) == 5, "five machines shown (%d)" % len(rows))
+        checks.expect(states.get("Lathe 1") == "Listening", "Lathe 1 listening")
+        checks.expect(states.get("Mill 2", "").startswith("Sending, 42 %"),
+                      "Mill 2 sending at 42 %% (%r)" % states.get("Mill 2"))
+        checks.expect(states.get("Press 4") == "Offline", "Press 4 offline after 10 min")
+        checks.expect(seed_journal.HOSTILE_MACHINE in states,
+                      "a machine named with a script tag shows as text")
+        checks.expect(driver.title.startswith("Machines"), "title %r" % driver.title)
+        errors = console_errors(driver)
+        checks.expect(not errors, "no console error on Machines %s" % errors)
+
+        # Tools: one bar per tool, the hostile name as text, a line of 30 days.
+        driver.get(base + "/tools")
+        bars = driver.find_elements(By.CSS_SELECTOR, "svg.bar-chart g.bar")
+        checks.expect(len(bars) == 13,
+                      "13 bars, one per tool used (%d)" % len(bars))
+        points = driver.find_elements(By.CSS_SELECTOR, "svg.line-chart circle.point")
+        checks.expect(len(points) == 30, "a point for each of 30 days (%d)" % len(points))
+        checks.expect(driver.title.startswith("Tools"),
+                      "no script of a tool's name ran (title %r)" % driver.title)
+        labels = [t.text for t in driver.find_elements(By.CSS_SELECTOR, "svg text.axis-label")]
+        checks.expect("Uses" in labels and "Day" in labels, "axes labelled %r" % labels)
+        bar_width = bars[0].find_element(By.TAG_NAME, "rect").size["width"] if bars else 0
+        checks.expect(bar_width > 100, "the longest bar is drawn (%s px)" % bar_width)
+        errors = console_errors(driver)
+        checks.expect(not errors, "no console error on Tools %s" % errors)
+
+        # Journal: the filter as a person uses it, by the form.
+        driver.get(base + "/journal")
+        checks.expect(len(driver.find_elements(By.CSS_SELECTOR, "table.journal tbody tr"))
+                      == 50, "50 rows a page")
+        Select(driver.find_element(By.NAME, "machine")).select_by_visible_text("Mill 3")
+        Select(driver.find_element(By.NAME, "outcome")).select_by_value("done")
+        driver.find_element(By.CSS_SELECTOR, "form.filter button").click()
+        shown = driver.find_elements(By.CSS_SELECTOR, "table.journal tbody tr")
+        machines = {r.find_elements(By.TAG_NAME, "td")[1].text for r in shown}
+        outcomes = {r.find_elements(By.TAG_NAME, "td")[7].text for r in shown}
+        checks.expect(shown and machines == {"Mill 3"} and outcomes == {"Done"},
+                      "filtered to Mill 3's finished transfers (%d rows, %r, %r)"
+                      % (len(shown), machines, outcomes))
+        checks.expect("machine=Mill+3" in driver.current_url, driver.current_url)
+        csv = driver.find_element(By.CSS_SELECTOR, "a.csv").get_attribute("href")
+        checks.expect("/journal.csv?machine=Mill%203&outcome=done" in csv, "CSV link " + csv)
+        errors = console_errors(driver)
+        checks.expect(not errors, "no console error on Journal %s" % errors)
+    finally:
+        driver.quit()
+    # The same pages in German, chosen by the browser's language.
+    driver = make_driver("de-DE")
+    try:
+        driver.get(base + "/")
+        heading = driver.find_element(By.TAG_NAME, "h1").text
+        checks.expect(heading == "Maschinen", "German heading %r" % heading)
+    finally:
+        driver.quit()
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--dnc-web", required=True)
+    parser.add_argument("--schema", required=True)
+    args = parser.parse_args()
+    missing = browser_missing()
+    if missing:
+        text = "needs %s (apt-get install chromium chromium-driver python3-selenium)" % \
+            ", ".join(missing)
+        if os.environ.get("DNC_BROWSER_REQUIRED"):
+            print("FAIL: DNC_BROWSER_REQUIRED is set but the browser test " + text)
+            return 1
+        print("SKIP: the browser test " + text)
+        return SKIP
+    return run(args.dnc_web, args.schema)
+
+
+if __name__ == "__main__":
+    sys.exit(main())
