@@ -308,7 +308,9 @@ void NetComm::pull() {
     int waiting = 0;
     // What reached the kernel since the event loop last looked counts too.
     if (fd >= 0 && ::ioctl(fd, FIONREAD, &waiting) == 0 && waiting > 0) {
+        m_looking = true;
         m_socket.waitForReadyRead(0);
+        m_looking = false;
         acknowledgeNow();
     }
     const QByteArray raw = m_socket.readAll();
@@ -507,7 +509,11 @@ void NetComm::settle() {
 }
 
 void NetComm::onError(QAbstractSocket::SocketError error) {
-    if (m_opening || !m_open || m_failure || error == QAbstractSocket::SocketTimeoutError)
+    if (m_opening || !m_open || m_failure)
+        return;
+    // Our own look without waiting says "time-out" when it finds nothing; the kernel giving up
+    // on a dead peer (keep-alive, unacknowledged data) says it too, and ends the connection.
+    if (error == QAbstractSocket::SocketTimeoutError && m_looking)
         return;
     if (error == QAbstractSocket::RemoteHostClosedError)
         m_failure =
