@@ -113,7 +113,8 @@ QString lineChart(const QList<ChartPoint> &points, const QString &xAxis, const Q
                                "<title>%3: %4</title></circle>")
                     .arg(number(x(i)), number(y(p.value)), htmlEscaped(p.label),
                          QString::number(p.value));
-        if (i % every == 0 || i == n - 1)
+        // The last day is always named; a regular label too close before it gives way.
+        if (i == n - 1 || (i % every == 0 && (n - 1 - i) * 2 >= every))
             svg += QStringLiteral("<text class=\"tick\" x=\"%1\" y=\"%2\" "
                                   "text-anchor=\"middle\">%3</text>")
                        .arg(number(x(i)), number(top + plotHeight + 16), htmlEscaped(p.label));
