@@ -102,7 +102,7 @@ private:
     bool m_open = false;
     bool m_opening = false;
     bool m_looking = false; // inside a look at the socket that does not wait
-    QByteArray m_in; // the line's characters taken from the socket, not yet read
+    QByteArray m_in;        // the line's characters taken from the socket, not yet read
     qint64 m_emptyAt = 0;
     qint64 m_connectedAt = 0; // WakeAlarm::now() when the connection was made
     std::optional<QString> m_failure;
