@@ -47,13 +47,6 @@ public:
                                               .arg(type)
                                               .toUtf8());
     }
-    // COM1: as the setup dialog leaves it: the device chosen in [Ports], none in the environment.
-    bool chooseDeviceInPorts() {
-        m_env.remove("DNC_COM1");
-        const QByteArray ini = readFile(path("dnc.ini"));
-        return !ini.isNull() &&
-               writeFile(path("dnc.ini"), ini + "[Ports]\nCOM1=" + vc.device().toUtf8() + "\n");
-    }
     QString path(const QString &name) const { return m_dir.filePath(name); }
     QString journal() const { return m_dir.filePath(QStringLiteral("dnc/journal.db")); }
     QString stored(const QString &name) const { return m_store.filePath(name); }
@@ -151,8 +144,6 @@ private slots:
             "-x takes");
         row("a section whose port is COM0:", "303", {"-s", "Zero", "send", "PART.tap"}, {}, 8, "",
             {}, {}, {}, "Port=COM0: in section [Zero]");
-        row("--port naming no device", "303", {"--port", "/dev/ttyDNCNONE", "list"}, {}, 4,
-            "list port_failure", {}, {}, {}, "there is no such device");
         // The faults an operator meets first, in the language of -c, naming the port or file.
         row("--port naming no device, in German", "303",
             {"-c", "049", "--port", "/dev/ttyDNCNONE", "list"}, {}, 4, "list port_failure", {}, {},
@@ -213,17 +204,6 @@ private slots:
             QCOMPARE(r["bytes"].toLongLong(), QByteArray(kept).replace("\r\n", "\r").size() - 1);
             QCOMPARE(r["sha256"].toByteArray(), sha(kept));
         }
-    }
-
-    // The device a port opens is the one chosen for it in the setup dialog.
-    void portsSection() {
-        Rig rig;
-        QVERIFY2(rig.start("303"), qPrintable(rig.vc.errorString()));
-        QVERIFY(rig.chooseDeviceInPorts());
-        QProcess p;
-        QCOMPARE(rig.run(p, {"-s", "Shop", "send", "PART.tap"}), 0);
-        const QByteArray rx = "R\r" + QByteArray(Part).replace('\n', "") + "\x04\r";
-        QCOMPARE(rig.vc.rxSettled(rx.size()), rx);
     }
 
     // What an operation does when it is ended is checked where the window ends it; here, that

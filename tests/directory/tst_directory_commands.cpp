@@ -17,8 +17,7 @@ private slots:
         QTest::addColumn<qint16>("type");
         QTest::addColumn<bool>("execute"); // CE; else CC
         QTest::addColumn<B>("wire");       // empty: the port is not opened
-        row("CC on a 303", qint16(Cnc303), false, B("CC"));
-        row("CE on a 303", qint16(Cnc303), true, B("CE"));
+        // CC and CE on a 303, byte for byte: tst_directory_faults.
         row("CC before any type is read", qint16(CncNone), false, B("CC"));
         row("CE on a 504", qint16(Cnc504), true, B());
         row("CC on an XonXoff", qint16(CncXonXoff), false, B());

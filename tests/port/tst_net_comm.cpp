@@ -40,7 +40,7 @@ B answerTo(const B &request, Answer how) {
     return B::fromHex("fffd2cfffb00fffd00") + out;
 }
 
-// Accepts one connection; what it read is `got`; `reply` answers each read.
+// Accepts one connection; what it read is `got`; the first read is answered as `how` says.
 class ScriptedServer : public QObject {
     QTcpServer m_server; // first: the connection it parents goes before it
 
@@ -57,7 +57,6 @@ public:
     }
     B got;
     std::unique_ptr<QTcpSocket> peer;
-    std::function<void()> onRead;
 
 private:
     void read() {
@@ -81,8 +80,6 @@ private:
                 peer->write(answerTo(chunk, m_how));
             }
         }
-        if (onRead)
-            onRead();
     }
     Answer m_how;
 };
@@ -103,7 +100,6 @@ private slots:
         QTest::addColumn<QString>("told"); // words of the open failure; empty: it opens
         const auto a = [](Answer x) { return int(x); };
         const QString line = QStringLiteral("115200,E,7,2");
-        row("raw", QStringLiteral("tcp"), a(Answer::Raw), line, QString());
         row("rfc2217, no answer to DTR", QStringLiteral("rfc2217"), a(Answer::AsAsked), line,
             QString());
         row("nobody listening", QStringLiteral("refused"), 0, line,
@@ -199,9 +195,9 @@ private slots:
         QVERIFY(!comm.portOpen());
     }
 
-    // Every byte value each way, as it was; IAC doubled on the wire of RFC 2217 only. A long
-    // output never has more than the bound in flight and goes at the line's pace; what is
-    // written right before closing still leaves.
+    // Every byte value as it was, IAC doubled on the wire of RFC 2217 only (what comes in is met
+    // against ser2net). A long output never has more than the bound in flight and goes at the
+    // line's pace; what is written right before closing still leaves.
     void exchange_data() {
         QTest::addColumn<QString>("scheme");
         row("raw", QStringLiteral("tcp"));
@@ -218,15 +214,9 @@ private slots:
         const qsizetype opening = server.got.size();
         QVERIFY(server.peer);
 
-        B all;
-        for (int i = 0; i < 256; ++i)
-            all += char(i);
-        server.peer->write(telnet ? TelnetLayer::escape(all) : all);
-        B in;
-        QTRY_VERIFY_WITH_TIMEOUT((in += comm.input(), in.size() >= all.size()), 3000);
-        QCOMPARE(in, all);
-
-        const B data = all.repeated(24); // 6144 characters: 0.53 s at 115 200 baud
+        B data; // 6144 characters: 0.53 s at 115 200 baud
+        for (int i = 0; i < 6144; ++i)
+            data += char(i);
         int most = 0;
         QTimer probe;
         connect(&probe, &QTimer::timeout, this, [&] { most = qMax(most, comm.outBufferCount()); });
@@ -250,54 +240,21 @@ private slots:
         QVERIFY2(closed >= (data.size() + 2) * charMs * 0.95, qPrintable(QString::number(closed)));
     }
 
-    // A connection lost in a send or a reception: what came before it is handed over, then the
-    // port fails as a device that vanished does, within the bound of a wait.
-    void lost_data() {
-        QTest::addColumn<QString>("scheme");
-        QTest::addColumn<QString>("how"); // "close" the connection, or send "garbage"
-        QTest::addColumn<bool>("sending");
-        QTest::addColumn<QString>("told");
-        const QString gone = QStringLiteral("the device is gone: 127.0.0.1 port %1 closed the "
-                                            "connection");
-        row("raw, closed in a send", QStringLiteral("tcp"), QStringLiteral("close"), true, gone);
-        row("raw, closed in a reception", QStringLiteral("tcp"), QStringLiteral("close"), false,
-            gone);
-        row("rfc2217, closed in a send", QStringLiteral("rfc2217"), QStringLiteral("close"), true,
-            gone);
-        row("rfc2217, garbage in a reception", QStringLiteral("rfc2217"), QStringLiteral("garbage"),
-            false, QStringLiteral("sent what is not Telnet (IAC followed by 01"));
-    }
-    void lost() {
-        QFETCH(QString, scheme);
-        QFETCH(QString, how);
-        QFETCH(bool, sending);
-        QFETCH(QString, told);
-        ScriptedServer server{scheme == u"tcp" ? Answer::Raw : Answer::AsAsked};
-        const NetDevice d = device(server.name(qPrintable(scheme)));
+    // Garbage in the Telnet layer in a reception: what came before it is handed over, then the
+    // port fails within the bound of a wait. A connection closed mid-send or mid-reception is
+    // met against ser2net itself.
+    void garbageInReception() {
+        ScriptedServer server;
         NetComm comm;
-        comm.setTarget(d, QStringLiteral("COM1:"));
+        comm.setTarget(device(server.name("rfc2217")), QStringLiteral("COM1:"));
         comm.setSettings(QStringLiteral("115200,N,8,1"));
         comm.setPortOpen(true);
-        const qsizetype opening = server.got.size();
-        server.peer->write("AB");
-        if (sending) {
-            server.onRead = [&] {
-                if (server.got.size() - opening >= 1000 && server.peer->isOpen())
-                    server.peer->close();
-            };
-        } else if (how == u"close") {
-            server.peer->close();
-        } else {
-            server.peer->write(B::fromHex("ff01") + "CD");
-        }
+        server.peer->write("AB" + B::fromHex("ff01") + "CD");
         QElapsedTimer took;
         took.start();
         std::optional<CommError> e;
         B in;
         try {
-            if (sending)
-                for (int i = 0; i < 100; ++i)
-                    comm.output(B(100, 'x'));
             while (took.elapsed() < 3000) {
                 if (comm.inBufferCount() > 0)
                     in += comm.input();
@@ -307,27 +264,24 @@ private slots:
             e = c;
         }
         QVERIFY(e);
-        if (told.contains(QLatin1String("%1")))
-            told = told.arg(d.port);
-        QVERIFY2(e->reason.contains(told), qPrintable(e->reason));
+        QVERIFY2(e->reason.contains(QStringLiteral("sent what is not Telnet (IAC followed by 01")),
+                 qPrintable(e->reason));
         QVERIFY2(took.elapsed() < 2000, qPrintable(QString::number(took.elapsed())));
-        if (!sending)
-            QCOMPARE(in, B("AB"));
+        QCOMPARE(in, B("AB"));
         comm.setPortOpen(false);
         QVERIFY(!comm.portOpen());
     }
 
-    // Wherever a device is named for COM1: (given to the parts, DNC_COM1, [Ports]), a device
-    // server's name opens its port; the kind is the name's. A malformed one is refused by name.
+    // A device server's name, wherever COM1:'s device is named (which place wins is
+    // tst_serial_comm's), opens its port; the kind is the name's. A malformed one is refused.
     void deviceNames_data() {
         QTest::addColumn<QString>("where"); // given, environment, ports
         QTest::addColumn<QString>("scheme");
         QTest::addColumn<QString>("told"); // words of the refusal; empty: it opens
-        for (const char *where : {"given", "environment", "ports"}) {
-            row(QByteArray(where) + ", raw", QString(where), QStringLiteral("tcp"), QString());
-            row(QByteArray(where) + ", rfc2217", QString(where), QStringLiteral("rfc2217"),
-                QString());
-        }
+        row("given, raw", QStringLiteral("given"), QStringLiteral("tcp"), QString());
+        row("environment, rfc2217", QStringLiteral("environment"), QStringLiteral("rfc2217"),
+            QString());
+        row("ports, rfc2217", QStringLiteral("ports"), QStringLiteral("rfc2217"), QString());
         row("ports, no TCP port", QStringLiteral("ports"), QStringLiteral("tcp://box"),
             QStringLiteral(
                 "The port COM1: (tcp://box) cannot be opened: \"tcp://box\" names no TCP "
