@@ -1,6 +1,6 @@
 // The journal of transfers: where dncctl writes it, what a journal in trouble does to a send
-// (nothing), eight senders at once, and what `dncctl journal` gives back to a script. The
-// writer's keeping of rows and the window's rows are checked in this process.
+// (nothing), eight senders at once, what `dncctl journal` gives back to a script; the writer's
+// keeping of rows and the window's rows in this process.
 #include "journal_rows.h"
 #include "journal_writer.h"
 #include "rows.h"
@@ -72,14 +72,12 @@ public:
         return p.waitForFinished(60000) && p.exitStatus() == QProcess::NormalExit ? p.exitCode()
                                                                                   : -1;
     }
-    // dncctl journal ... : its standard output; fails the test on a status other than 0.
+    // dncctl journal ... : its standard output, empty on a status other than 0.
     QByteArray read(const QStringList &args) {
         QProcess p;
         p.setProcessEnvironment(m_env);
         p.start(DNCCTL_PATH, QStringList{"journal"} + args);
-        if (!p.waitForFinished(30000) || p.exitCode() != 0)
-            qWarning() << p.readAllStandardError();
-        return p.readAllStandardOutput();
+        return p.waitForFinished(30000) && p.exitCode() == 0 ? p.readAllStandardOutput() : "";
     }
 
 private:
@@ -96,7 +94,7 @@ QList<QStringList> parseCsv(const QString &text) {
     for (qsizetype i = 0; i < text.size(); ++i) {
         const QChar c = text[i];
         if (quoted) {
-            if (c == u'"' && i + 1 < text.size() && text[i + 1] == u'"')
+            if (c == u'"' && text.mid(i + 1, 1) == u"\"")
                 field += text[++i];
             else if (c == u'"')
                 quoted = false;
@@ -107,7 +105,7 @@ QList<QStringList> parseCsv(const QString &text) {
         } else if (c == u',') {
             row << field;
             field.clear();
-        } else if (c == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n') {
+        } else if (c == u'\r' && text.mid(i + 1, 1) == u"\n") {
             rows << (row << field);
             row.clear();
             field.clear();
@@ -236,12 +234,12 @@ private slots:
                 target, [&said](const QString &t) { said << t; }, 0, 3);
             QSqlQuery lock(other->database());
             QVERIFY(lock.exec("BEGIN EXCLUSIVE"));
+            JournalRow row;
+            row.time = QDateTime::currentDateTimeUtc();
+            row.operation = "send";
+            row.outcome = "done";
             for (int i = 1; i <= 5; ++i) {
-                JournalRow row;
-                row.time = QDateTime::currentDateTimeUtc();
                 row.machine = "M" + QString::number(i);
-                row.operation = "send";
-                row.outcome = "done";
                 writer.add(row);
             }
             QCOMPARE(writer.kept(), 3);
@@ -288,13 +286,11 @@ private slots:
         for (const QVariantMap &r : rows)
             QCOMPARE(r["outcome"].toString() + ' ' + r["sha256"].toString(),
                      "done " + QString::fromLatin1(sha(Part)));
-        QStringList used;
+        QMap<QString, int> used;
         for (const QVariantMap &t : journalRows(db.path(), "tool_usage"))
-            used << t["tool"].toString();
-        used.sort();
-        QCOMPARE(used.size(), 24);
-        QCOMPARE(QStringList(used.mid(0, 1) + used.mid(8, 1) + used.mid(16, 1)).join('|'),
-                 QStringLiteral("drill 8.5|mill 12|tap {m6,x} \\b"));
+            ++used[t["tool"].toString()];
+        QCOMPARE(used,
+                 (QMap<QString, int>{{"drill 8.5", 8}, {"mill 12", 8}, {"tap {m6,x} \\b", 8}}));
         QCOMPARE(db.rows("SELECT tool, util FROM tool_list ORDER BY tool"),
                  QStringList({"drill 8.5:8", "mill 12:8", "tap {m6,x} \\b:8"}));
     }
@@ -342,9 +338,9 @@ private slots:
         QCOMPARE(error.error, QJsonParseError::NoError);
         QCOMPARE(json.array().size(), 1);
         const QJsonObject o = json.array()[0].toObject();
-        QCOMPARE(o.keys().size(), names.size());
-        for (const QString &name : names)
-            QVERIFY2(o.contains(name), qPrintable(name));
+        QStringList keys = o.keys(), sorted = names;
+        sorted.sort();
+        QCOMPARE(keys, sorted);
         QCOMPARE(o["bytes"].toInteger(), PartOnWire.size() - 4);
         QCOMPARE(o["file"].toString(), shop.path(odd));
         QCOMPARE(QDateTime::fromString(o["time"].toString(), Qt::ISODateWithMs).timeSpec(),
@@ -352,9 +348,7 @@ private slots:
 
         // Chosen by time (a day given alone is taken in whole) and by outcome.
         const auto count = [&](const QStringList &args) {
-            return parseCsv(QString::fromUtf8(shop.read(QStringList{"--format", "csv"} + args)))
-                       .size() -
-                   1;
+            return shop.read(QStringList{"--format", "csv"} + args).count("\r\n") - 1;
         };
         QCOMPARE(count({"--until", "2026-01-05"}), 1);
         QCOMPARE(count({"--since", "2026-01-05T12:00", "--until", "2026-01-06"}), 1);
