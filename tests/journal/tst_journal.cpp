@@ -85,35 +85,17 @@ private:
     QProcessEnvironment m_env = QProcessEnvironment::systemEnvironment();
 };
 
-// RFC 4180: fields split at commas outside quotes, "" a quote within them, CRLF ending a row.
-QList<QStringList> parseCsv(const QString &text) {
+// The rows as Python's csv module, which reads what spreadsheets write, reads them.
+QList<QStringList> parseCsv(const QByteArray &text) {
+    QProcess p;
+    p.start("python3", {"-c", "import csv, io, json, sys; print(json.dumps(list(csv.reader("
+                              "io.TextIOWrapper(sys.stdin.buffer, 'utf-8', newline='')))))"});
+    p.write(text);
+    p.closeWriteChannel();
     QList<QStringList> rows;
-    QStringList row;
-    QString field;
-    bool quoted = false;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const QChar c = text[i];
-        if (quoted) {
-            if (c == u'"' && text.mid(i + 1, 1) == u"\"")
-                field += text[++i];
-            else if (c == u'"')
-                quoted = false;
-            else
-                field += c;
-        } else if (c == u'"') {
-            quoted = true;
-        } else if (c == u',') {
-            row << field;
-            field.clear();
-        } else if (c == u'\r' && text.mid(i + 1, 1) == u"\n") {
-            rows << (row << field);
-            row.clear();
-            field.clear();
-            ++i;
-        } else {
-            field += c;
-        }
-    }
+    if (p.waitForFinished(30000))
+        for (const QJsonValue row : QJsonDocument::fromJson(p.readAllStandardOutput()).array())
+            rows << row.toVariant().toStringList();
     return rows;
 }
 
@@ -320,8 +302,10 @@ private slots:
         const QStringList names{
             "time",  "host",  "machine", "device", "control", "operation", "file",        "program",
             "bytes", "lines", "sha256",  "start",  "outcome", "message",   "duration_ms", "user"};
-        const QList<QStringList> csv = parseCsv(QString::fromUtf8(shop.read({"--format", "csv"})));
+        const QByteArray text = shop.read({"--format", "csv"});
+        const QList<QStringList> csv = parseCsv(text);
         QCOMPARE(csv.size(), 4);
+        QCOMPARE(text.count("\r\n"), 4); // each row ended by CR LF, none inside a field
         QCOMPARE(csv[0], names);
         QCOMPARE(csv[1][names.indexOf("message")], QStringLiteral("line one\nline two"));
         QCOMPARE(csv[1][names.indexOf("time")], QStringLiteral("2026-01-05T08:30:00.000Z"));
