@@ -1,6 +1,6 @@
 #include "command_line.h"
 #include "dnc_window.h"
-#include "journal_writer.h"
+#include "journal_thread.h"
 #include "profile.h"
 #include "real_link_parts.h"
 #include "serial_devices.h"
@@ -29,19 +29,16 @@ int main(int argc, char *argv[]) {
     window.setSerialDeviceScan([] { return presentSerialDevices(); });
 
     // The journal says nothing in the window: a failure goes to standard error, once.
-    JournalWriter journal(journalTarget(g.DatabasePath), [](const QString &text) {
+    JournalThread journal(journalTarget(g.DatabasePath), [](const QString &text) {
         std::fputs(("dnc: " + text + '\n').toLocal8Bit().constData(), stderr);
     });
     window.setJournal([&journal, &g, &parts](const OutcomeRecord &r) {
-        if (journalEnabled(g))
-            journal.add(journalRow(r, journalContext(g, parts.comm.devicePath()), g));
+        if (!journalEnabled(g))
+            return;
+        journal.add([r, context = journalContext(g, parts.comm.devicePath()), g] {
+            return journalRow(r, context, g);
+        });
     });
-    QTimer retry;
-    QObject::connect(&retry, &QTimer::timeout, [&journal] {
-        if (journal.kept() > 0)
-            journal.flush();
-    });
-    retry.start(JournalRetryMs);
     window.show();
 
     // For a machine without a screen: a picture of the window, then the end.

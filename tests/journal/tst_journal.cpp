@@ -2,6 +2,7 @@
 // (nothing), eight senders at once, what `dncctl journal` gives back to a script; the writer's
 // keeping of rows and the window's rows in this process.
 #include "journal_rows.h"
+#include "journal_thread.h"
 #include "journal_writer.h"
 #include "rows.h"
 #include "tool_db_fixture.h"
@@ -332,7 +333,7 @@ private slots:
     }
 
     // The window's rows come from the same records: a send through the window, as the port
-    // took it.
+    // took it. A journal held by another writer's lock does not hold the window.
     void windowSend() {
         if (qEnvironmentVariable("DNC_TOOL_ENGINES", "sqlite") == "postgres")
             QSKIP("one engine is enough");
@@ -341,15 +342,29 @@ private slots:
         WindowRig r("303", "TapeDir=" + dir.path().toUtf8());
         r.f.comm.onOutput = [&r](const QByteArray &) { r.f.comm.inbox += Go; };
         r.open("-b"); // the file chosen by name
-        JournalWriter writer({dir.filePath("journal.db"), true}, {});
+        const JournalTarget target{dir.filePath("journal.db"), true};
+        QString none;
+        const auto other = openJournalDatabase("other", target, &none);
+        QVERIFY(other && createJournalTables(*other).isEmpty());
+        QSqlQuery lock(other->database());
+        QVERIFY(lock.exec("BEGIN EXCLUSIVE"));
+        auto journal = std::make_unique<JournalThread>(target, [](const QString &) {});
         r.w->setJournal([&](const OutcomeRecord &record) {
-            writer.add(journalRow(record, journalContext(r.f.g, "/dev/ttyS0"), r.f.g));
+            journal->add([record, g = r.f.g] {
+                return journalRow(record, journalContext(g, "/dev/ttyS0"), g);
+            });
         });
         r.guard.expect<QInputDialog>([](QInputDialog *box) {
             box->setTextValue(QStringLiteral("P"));
             box->accept();
         });
+        QElapsedTimer took;
+        took.start();
         QTest::mouseClick(r.w->Command1[1], Qt::LeftButton);
+        QVERIFY2(took.elapsed() < JournalBusyTimeoutMs / 2,
+                 qPrintable(QString::number(took.elapsed())));
+        QVERIFY(lock.exec("ROLLBACK"));
+        journal.reset(); // its last try writes what the lock held back
         const QByteArray wire = r.f.comm.written();
         QVERIFY2(wire.endsWith("N20 M30\r" + Eot), wire.toHex().constData());
         const QList<QVariantMap> rows = journalRows(dir.filePath("journal.db"));
