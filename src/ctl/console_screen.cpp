@@ -6,8 +6,8 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-ConsoleScreen::ConsoleScreen(const Globals &g, const OperationState &state, std::FILE *err)
-    : m_g(g), m_state(state), m_err(err) {
+ConsoleScreen::ConsoleScreen(const OperationState &state, std::FILE *err)
+    : m_state(state), m_err(err) {
     m_tick.setTimerType(Qt::CoarseTimer);
     QObject::connect(&m_tick, &QTimer::timeout, [this] { draw(); });
 }

@@ -16,7 +16,7 @@
 
 class ConsoleScreen : public Screen {
 public:
-    ConsoleScreen(const Globals &g, const OperationState &state, std::FILE *err = stderr);
+    explicit ConsoleScreen(const OperationState &state, std::FILE *err = stderr);
     ~ConsoleScreen() override;
 
     // The progress line, redrawn every refreshMs while Label1 shows. `characters` counts what
@@ -57,7 +57,6 @@ private:
     void clearLine();
     int columns() const;
 
-    const Globals &m_g;
     const OperationState &m_state;
     std::FILE *m_err;
 

@@ -165,7 +165,7 @@ int runDncctl(const CtlOptions &o) {
     InitChoices(g);
     ReadSettings(g);
 
-    ConsoleScreen screen(g, state);
+    ConsoleScreen screen(state);
     const auto refuse = [&screen](int code, const QString &why) {
         screen.say(why);
         return code;

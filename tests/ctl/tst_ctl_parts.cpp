@@ -169,10 +169,9 @@ private slots:
 
     // Names are the control's bytes, compared whole: no blank trimmed, no prefix, no case.
     void pickByName() {
-        Globals g;
         OperationState state;
         const OperationState::Run run(state);
-        ConsoleScreen screen(g, state);
+        ConsoleScreen screen(state);
         screen.setPick("\xc9T\xc9");
         for (const char *entry : {"\xc9T\xc9 ", "\xc9T", "\xe9t\xe9", "\xc9T\xc9"})
             screen.list1AddItem(QString::fromLatin1(entry));
