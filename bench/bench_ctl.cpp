@@ -21,17 +21,6 @@
 
 namespace {
 
-QByteArray program(qint64 bytes) {
-    QByteArray p;
-    for (int i = 1; p.size() < bytes; ++i)
-        p += QStringLiteral("N%1 G01 X%2.%3 Y-12.5 F300\r\n")
-                 .arg(i)
-                 .arg(i % 500)
-                 .arg(i % 1000, 3, 10, QLatin1Char('0'))
-                 .toLatin1();
-    return p;
-}
-
 // The window keeps one caption, not every one it was given.
 class OneCaption : public OperatorScreen {
 public:
@@ -151,7 +140,7 @@ int main(int argc, char **argv) {
     const int baud = a.size() > 2 ? a[2].toInt() : 4000000;
 
     QTemporaryDir dir;
-    const QByteArray p = program(1 << 20);
+    const QByteArray p = program(0, 1 << 20);
     // What the control keeps: the lines with their CRs; the opening X-on is no part of it.
     const QByteArray wire = QByteArray(p).replace("\r\n", "\r");
     const QString path = dir.filePath("big.LCC");

@@ -60,22 +60,6 @@ struct Sender {
     }
 };
 
-double median(QList<double> v) {
-    std::sort(v.begin(), v.end());
-    return v.isEmpty() ? 0 : v[v.size() / 2];
-}
-
-QByteArray program(int lines, qint64 bytes = 0) {
-    QByteArray p;
-    for (int i = 1; i <= lines || p.size() < bytes; ++i)
-        p += QStringLiteral("N%1 G01 X%2.%3 Y-12.5 F300\r\n")
-                 .arg(i)
-                 .arg(i % 500)
-                 .arg(i % 1000, 3, 10, QLatin1Char('0'))
-                 .toLatin1();
-    return p;
-}
-
 // Where the program is pointed: the control's pseudo-terminal, or ser2net in front of it.
 struct Carrier {
     const char *label;

@@ -133,11 +133,6 @@ void row(const char *what, const QString &mode, qint64 size) {
     std::fflush(stdout);
 }
 
-double median(QList<double> v) {
-    std::sort(v.begin(), v.end());
-    return v[v.size() / 2];
-}
-
 // Rounds taken in turn, so that a change in the machine's load falls on both alike.
 void windowAgainstRecording(qint64 size, int rounds) {
     std::printf("\nReceiving %lld bytes through the window's widgets (offscreen) and through a "

@@ -61,23 +61,6 @@ long wakeUps() {
     return u.ru_nvcsw;
 }
 
-double median(QList<double> v) {
-    std::sort(v.begin(), v.end());
-    return v.isEmpty() ? 0 : v[v.size() / 2];
-}
-
-// A program of `lines` lines, or of at least `bytes` bytes, CR LF line ends.
-QByteArray program(int lines, qint64 bytes = 0) {
-    QByteArray p;
-    for (int i = 1; i <= lines || p.size() < bytes; ++i)
-        p += QStringLiteral("N%1 G01 X%2.%3 Y-12.5 F300\r\n")
-                 .arg(i)
-                 .arg(i % 500)
-                 .arg(i % 1000, 3, 10, QLatin1Char('0'))
-                 .toLatin1();
-    return p;
-}
-
 QList<QByteArray> linesOf(const QByteArray &program) {
     QList<QByteArray> lines = program.split('\n');
     lines.removeLast();

@@ -7,12 +7,31 @@
 
 #include <QByteArray>
 #include <QFile>
+#include <QList>
 #include <QString>
 #include <QStringList>
+#include <algorithm>
 #include <cstdio>
 #include <sys/resource.h>
 
 // User and system time of this process (or thread, RUSAGE_THREAD) so far.
+inline double median(QList<double> v) {
+    std::sort(v.begin(), v.end());
+    return v.isEmpty() ? 0 : v[v.size() / 2];
+}
+
+// A program of `lines` lines, or of at least `bytes` bytes, CR LF line ends.
+inline QByteArray program(int lines, qint64 bytes = 0) {
+    QByteArray p;
+    for (int i = 1; i <= lines || p.size() < bytes; ++i)
+        p += QStringLiteral("N%1 G01 X%2.%3 Y-12.5 F300\r\n")
+                 .arg(i)
+                 .arg(i % 500)
+                 .arg(i % 1000, 3, 10, QLatin1Char('0'))
+                 .toLatin1();
+    return p;
+}
+
 inline double cpuSeconds(int who = RUSAGE_SELF) {
     rusage u{};
     getrusage(who, &u);
