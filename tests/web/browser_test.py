@@ -94,7 +94,8 @@ def run(dnc_web, schema):
 
 def check_pages(base):
     from selenium.webdriver.common.by import By
-    from selenium.webdriver.support.ui import Select
+    from selenium.webdriver.support import expected_conditions
+    from selenium.webdriver.support.ui import Select, WebDriverWait
 
     driver = make_driver()
     try:
@@ -132,7 +133,10 @@ def check_pages(base):
                "50 rows a page")
         Select(driver.find_element(By.NAME, "machine")).select_by_visible_text("Mill 3")
         Select(driver.find_element(By.NAME, "outcome")).select_by_value("done")
+        before = driver.find_element(By.CSS_SELECTOR, "table.journal tbody tr")
         driver.find_element(By.CSS_SELECTOR, "form.filter button").click()
+        # The rows are read from the filtered page, not from the one still going away.
+        WebDriverWait(driver, 10).until(expected_conditions.staleness_of(before))
         shown = driver.find_elements(By.CSS_SELECTOR, "table.journal tbody tr")
         machines = {r.find_elements(By.TAG_NAME, "td")[1].text for r in shown}
         outcomes = {r.find_elements(By.TAG_NAME, "td")[7].text for r in shown}
