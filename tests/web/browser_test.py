@@ -94,7 +94,7 @@ def run(dnc_web, schema):
 
 def check_pages(base):
     from selenium.webdriver.common.by import By
-    from selenium.webdriver.support import expected_conditions
+    from selenium.common.exceptions import WebDriverException
     from selenium.webdriver.support.ui import Select, WebDriverWait
 
     driver = make_driver()
@@ -133,13 +133,22 @@ def check_pages(base):
                "50 rows a page")
         Select(driver.find_element(By.NAME, "machine")).select_by_visible_text("Mill 3")
         Select(driver.find_element(By.NAME, "outcome")).select_by_value("done")
-        before = driver.find_element(By.CSS_SELECTOR, "table.journal tbody tr")
         driver.find_element(By.CSS_SELECTOR, "form.filter button").click()
-        # The rows are read from the filtered page, not from the one still going away.
-        WebDriverWait(driver, 10).until(expected_conditions.staleness_of(before))
-        shown = driver.find_elements(By.CSS_SELECTOR, "table.journal tbody tr")
-        machines = {r.find_elements(By.TAG_NAME, "td")[1].text for r in shown}
-        outcomes = {r.find_elements(By.TAG_NAME, "td")[7].text for r in shown}
+
+        # The rows are read from the filtered page, not from the one still going away: a row
+        # of that one may vanish while it is read.
+        def filtered(d):
+            if "machine=Mill+3" not in d.current_url:
+                return None
+            try:
+                rows = d.find_elements(By.CSS_SELECTOR, "table.journal tbody tr")
+                return [[c.text for c in r.find_elements(By.TAG_NAME, "td")] for r in rows]
+            except WebDriverException:
+                return None
+        cells = WebDriverWait(driver, 10).until(filtered)
+        shown = cells
+        machines = {c[1] for c in cells}
+        outcomes = {c[7] for c in cells}
         expect(shown and machines == {"Mill 3"} and outcomes == {"Done"},
                "filtered to Mill 3's finished transfers (%d rows, %r, %r)"
                % (len(shown), machines, outcomes))
