@@ -110,6 +110,7 @@ void NetComm::open() {
     m_trace = WireTrace::fromEnvironment();
     m_failure.reset();
     m_in.clear();
+    m_leftCounted = false;
     m_telnet = TelnetLayer();
     m_emptyAt = 0;
     m_opening = true;
@@ -431,8 +432,10 @@ int NetComm::outBufferCount() {
 int NetComm::inBufferCount() {
     if (m_open)
         pull();
-    // What came before the connection was lost is handed over first.
-    if (m_in.isEmpty())
+    // What came before the connection was lost is handed over first. Counted once and left
+    // there, it is short of what its reader waits for, which can no longer come: the wait
+    // ends on the port's failure, not on its own time-out.
+    if (m_in.isEmpty() || (m_failure && std::exchange(m_leftCounted, true)))
         requireUsable();
     return clamp16(m_in.size());
 }
@@ -443,6 +446,7 @@ QByteArray NetComm::input() {
     if (m_in.isEmpty())
         requireUsable();
     const QByteArray got = std::exchange(m_in, QByteArray());
+    m_leftCounted = false;
     if (m_trace && !got.isEmpty())
         m_trace->bytes(WireTrace::Direction::Received, got);
     if (!got.isEmpty())

@@ -101,8 +101,9 @@ private:
     bool m_dtr = false;
     bool m_open = false;
     bool m_opening = false;
-    bool m_looking = false; // inside a look at the socket that does not wait
-    QByteArray m_in;        // the line's characters taken from the socket, not yet read
+    bool m_looking = false;     // inside a look at the socket that does not wait
+    QByteArray m_in;            // the line's characters taken from the socket, not yet read
+    bool m_leftCounted = false; // what is left after a failure has been counted once
     qint64 m_emptyAt = 0;
     qint64 m_connectedAt = 0; // WakeAlarm::now() when the connection was made
     std::optional<QString> m_failure;

@@ -272,6 +272,52 @@ private slots:
         QVERIFY(!comm.portOpen());
     }
 
+    // The connection closed behind part of an answer: what came is counted once, and a wait
+    // that needs more than came ends on the port's failure, not on its own time-out.
+    void closedMidAnswer_data() {
+        QTest::addColumn<B>("sent");
+        QTest::addColumn<int>("least"); // what the waiter needs before it takes anything
+        row("whole answer, then closed",
+            B("\x10"
+              "7"),
+            2);
+        row("half an answer, then closed", B("\x10"), 2);
+    }
+    void closedMidAnswer() {
+        QFETCH(B, sent);
+        QFETCH(int, least);
+        ScriptedServer server{Answer::Raw};
+        NetComm comm;
+        comm.setTarget(device(server.name("tcp")), QStringLiteral("COM1:"));
+        comm.setSettings(QStringLiteral("9600,N,8,1"));
+        comm.setPortOpen(true);
+        QVERIFY(server.peer);
+        server.peer->write(sent);
+        server.peer->flush();
+        server.peer->disconnectFromHost();
+        QElapsedTimer took;
+        took.start();
+        std::optional<CommError> e;
+        B in;
+        int counted = 0;
+        try {
+            while (took.elapsed() < 3000) {
+                counted = qMax(counted, comm.inBufferCount());
+                if (counted >= least)
+                    in += comm.input();
+                QTest::qWait(1);
+            }
+        } catch (const CommError &c) {
+            e = c;
+        }
+        QVERIFY2(e && e->reason.contains(QStringLiteral("closed the connection")),
+                 e ? qPrintable(e->reason) : "no failure");
+        QVERIFY2(took.elapsed() < 1000, qPrintable(QString::number(took.elapsed())));
+        QCOMPARE(counted, sent.size());
+        QCOMPARE(in, sent.size() >= least ? sent : B());
+        comm.setPortOpen(false);
+    }
+
     // A device server's name, wherever COM1:'s device is named (which place wins is
     // tst_serial_comm's), opens its port; the kind is the name's. A malformed one is refused.
     void deviceNames_data() {
