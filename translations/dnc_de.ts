@@ -125,6 +125,18 @@
         <source>The journal of transfers cannot be written: %1 The transfers go on; their rows are kept and written as soon as it can be.</source>
         <translation>Das Journal der Übertragungen kann nicht geschrieben werden: %1 Die Übertragungen laufen weiter; ihre Zeilen werden aufbewahrt und geschrieben, sobald es wieder geht.</translation>
     </message>
+    <message>
+        <source>The journal &quot;%1&quot; does not exist.</source>
+        <translation>Das Journal „%1“ existiert nicht.</translation>
+    </message>
+    <message>
+        <source>The journal &quot;%1&quot; is not a file.</source>
+        <translation>Das Journal „%1“ ist keine Datei.</translation>
+    </message>
+    <message>
+        <source>The journal &quot;%1&quot; cannot be opened: %2</source>
+        <translation>Das Journal „%1“ kann nicht geöffnet werden: %2</translation>
+    </message>
 </context>
 <context>
     <name>Port</name>

@@ -125,6 +125,18 @@
         <source>The journal of transfers cannot be written: %1 The transfers go on; their rows are kept and written as soon as it can be.</source>
         <translation>Le journal des transferts ne peut pas être écrit : %1 Les transferts continuent ; leurs lignes sont gardées et écrites dès que possible.</translation>
     </message>
+    <message>
+        <source>The journal &quot;%1&quot; does not exist.</source>
+        <translation>Le journal « %1 » n&apos;existe pas.</translation>
+    </message>
+    <message>
+        <source>The journal &quot;%1&quot; is not a file.</source>
+        <translation>Le journal « %1 » n&apos;est pas un fichier.</translation>
+    </message>
+    <message>
+        <source>The journal &quot;%1&quot; cannot be opened: %2</source>
+        <translation>Le journal « %1 » ne peut pas être ouvert : %2</translation>
+    </message>
 </context>
 <context>
     <name>Port</name>

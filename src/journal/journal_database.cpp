@@ -72,7 +72,9 @@ std::unique_ptr<ToolDbConnection> openJournalDatabase(const QString &purpose,
             return nullptr;
         }
     }
-    auto connection = std::make_unique<ToolDbConnection>(purpose, target.name, busyTimeoutMs);
+    auto connection = std::make_unique<ToolDbConnection>(
+        purpose, target.name, busyTimeoutMs,
+        target.embedded ? ToolDbConnection::Role::Journal : ToolDbConnection::Role::ToolDatabase);
     if (!connection->isOpen()) {
         *error = connection->error();
         return nullptr;

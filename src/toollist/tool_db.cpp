@@ -24,9 +24,10 @@ QString conninfoValue(QString value) {
 
 } // namespace
 
-ToolDbConnection::ToolDbConnection(const QString &purpose, const QString &name, int busyTimeoutMs)
+ToolDbConnection::ToolDbConnection(const QString &purpose, const QString &name, int busyTimeoutMs,
+                                   Role role)
     : m_name(UniqueName(purpose)), m_target(name), m_engine(toolDbEngineOf(name)),
-      m_busyTimeoutMs(busyTimeoutMs) {
+      m_busyTimeoutMs(busyTimeoutMs), m_role(role) {
     open();
 }
 
@@ -59,17 +60,23 @@ void ToolDbConnection::open() {
 }
 
 void ToolDbConnection::openSqlite() {
+    const bool journal = m_role == Role::Journal;
     // A relative path is taken against the current folder of the moment.
     const QFileInfo info(m_target);
     if (m_target.isEmpty() || !info.exists()) {
         m_error =
-            QCoreApplication::translate("ToolList", "The tool database \"%1\" does not exist.")
+            (journal ? QCoreApplication::translate("Journal", "The journal \"%1\" does not exist.")
+                     : QCoreApplication::translate("ToolList",
+                                                   "The tool database \"%1\" does not exist."))
                 .arg(m_target);
         return;
     }
     if (!info.isFile()) {
-        m_error = QCoreApplication::translate("ToolList", "The tool database \"%1\" is not a file.")
-                      .arg(m_target);
+        m_error =
+            (journal ? QCoreApplication::translate("Journal", "The journal \"%1\" is not a file.")
+                     : QCoreApplication::translate("ToolList",
+                                                   "The tool database \"%1\" is not a file."))
+                .arg(m_target);
         return;
     }
     QSqlDatabase db = QSqlDatabase::contains(m_name)
@@ -83,7 +90,10 @@ void ToolDbConnection::openSqlite() {
         QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=%1").arg(m_busyTimeoutMs));
     if (!db.open()) {
         m_error =
-            QCoreApplication::translate("ToolList", "The tool database \"%1\" cannot be opened: %2")
+            (journal
+                 ? QCoreApplication::translate("Journal", "The journal \"%1\" cannot be opened: %2")
+                 : QCoreApplication::translate("ToolList",
+                                               "The tool database \"%1\" cannot be opened: %2"))
                 .arg(m_target, errorText(db.lastError()));
         return;
     }

@@ -18,9 +18,13 @@ inline constexpr int ConnectTimeoutS = 3;
 // One named connection, removed again when it goes out of scope. Used on one thread.
 class ToolDbConnection {
 public:
+    // What the database is to the person who reads its messages: the tool database that -d
+    // named, or the journal's own file where no -d is given.
+    enum class Role { ToolDatabase, Journal };
     // `purpose` becomes part of the connection's name ("scan", "grid", "check"); `name` is
     // the path or URI as -d gave it.
-    ToolDbConnection(const QString &purpose, const QString &name, int busyTimeoutMs);
+    ToolDbConnection(const QString &purpose, const QString &name, int busyTimeoutMs,
+                     Role role = Role::ToolDatabase);
     ~ToolDbConnection();
     ToolDbConnection(const ToolDbConnection &) = delete;
     ToolDbConnection &operator=(const ToolDbConnection &) = delete;
@@ -45,6 +49,7 @@ private:
     QString m_target;
     ToolDbEngine m_engine;
     int m_busyTimeoutMs;
+    Role m_role;
     QString m_error;
 };
 

@@ -192,6 +192,39 @@ private slots:
         QVERIFY(!QFile::exists(shop.path("state/dnc/journal-lost")));
     }
 
+    // The journal's own file, where no -d names a database, is called the journal whatever
+    // keeps it from being used: the operator has no tool database to look for.
+    void defaultJournalUnusable_data() {
+        QTest::addColumn<QString>("blocker"); // what stands where the file would be
+        QTest::addColumn<QString>("told");
+        QTest::newRow("a folder in its place") << "journal.db"
+                                               << "The journal \"%1\" is not a file.";
+        QTest::newRow("a file in its folder's place") << "state"
+                                                      << "The folder \"%2\" cannot be created.";
+        QTest::newRow("no database") << ""
+                                     << "The journal's tables cannot be made in \"%1\": ";
+    }
+    void defaultJournalUnusable() {
+        QFETCH(QString, blocker);
+        QFETCH(QString, told);
+        QTemporaryDir dir;
+        const QString folder = dir.filePath("state");
+        const QString file = folder + "/journal.db";
+        if (blocker == "journal.db")
+            QVERIFY(QDir().mkpath(file));
+        else if (blocker == "state")
+            QVERIFY(writeFile(folder, "x"));
+        else
+            QVERIFY(QDir().mkpath(folder) && writeFile(file, QByteArray(4096, 'x')));
+        QString why;
+        auto made = openJournalDatabase("test", {file, true}, &why);
+        if (made)
+            why = createJournalTables(*made);
+        QVERIFY2(why.startsWith(told.replace("%1", file).replace("%2", folder)) &&
+                     !why.contains("tool database"),
+                 qPrintable(why));
+    }
+
     // Rows that cannot be written are kept in order and written with the next that can be;
     // beyond what is kept, the oldest go and a row says how many.
     void keptRows() {
