@@ -173,7 +173,7 @@ private slots:
         QVERIFY(writeFile(s.store.filePath(QStringLiteral("P.NC")), lines));
         QVERIFY(s.start({"--type", "303", "--pc-program", "P.NC", "--baud", "9600"}));
         const QString name = s.box.name();
-        // The answer's wait (1.25 s) outlasts the news of the box gone, under a sanitizer too.
+        // A slow clock (the answer's wait 1.25 s): the box's going, not a time-out, ends it.
         NetLink r(name, Cnc303, 4);
         r.g.ComSettings = QStringLiteral("COM1:9600,N,8,1");
         const QString target = s.store.filePath(QStringLiteral("GOT.tap"));
