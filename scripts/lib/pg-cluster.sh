@@ -70,11 +70,13 @@ CONF
     [ -n "$port" ] || { cat "$dir/server.log" >&2; return 1; }
     pg_as_owner "$bin/psql" -X -q -h "$dir" -p "$port" -U postgres -d postgres -v ON_ERROR_STOP=1 \
         -c "CREATE ROLE dnc LOGIN PASSWORD 'dnc-test'" -c "CREATE DATABASE dnc OWNER dnc" \
-        >/dev/null
-    printf '127.0.0.1:%s:*:dnc:dnc-test\n' "$port" >"$dir/pgpass"
+        -c "CREATE ROLE dnc_clerk LOGIN PASSWORD 'dnc-test'" >/dev/null
+    printf '127.0.0.1:%s:*:%s:dnc-test\n' "$port" dnc "$port" dnc_clerk >"$dir/pgpass"
     chmod 600 "$dir/pgpass"
     export PGPASSFILE="$dir/pgpass"
     export DNC_PG_URI="postgresql://dnc@127.0.0.1:$port/dnc"
+    # A login of the shop's that may use what it is granted in dnc and make nothing there.
+    export DNC_PG_CLERK_URI="postgresql://dnc_clerk@127.0.0.1:$port/dnc"
     echo "PostgreSQL test server: $DNC_PG_URI (cluster in $dir)"
 }
 
@@ -82,7 +84,7 @@ pg_cluster_down() {
     [ -n "${DNC_PG_DIR:-}" ] && [ -d "$DNC_PG_DIR" ] || return 0
     pg_server_stop 2>/dev/null || true
     rm -rf "$DNC_PG_DIR"
-    unset DNC_PG_DIR DNC_PG_URI PGPASSFILE
+    unset DNC_PG_DIR DNC_PG_URI DNC_PG_CLERK_URI PGPASSFILE
 }
 
 if [ "${BASH_SOURCE[0]}" = "$0" ]; then

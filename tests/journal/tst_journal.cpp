@@ -225,6 +225,34 @@ private slots:
                  qPrintable(why));
     }
 
+    // A server login that may count tools but not make tables: the send and its count go on,
+    // the run is told once that it has no journal, and nothing is kept for later.
+    void noRightToMakeTables_data() {
+        QTest::addColumn<ToolDbEngine>("engine");
+        engineRow("login without CREATE", PostgresOnly);
+    }
+    void noRightToMakeTables() {
+        QFETCH(ToolDbEngine, engine);
+        REQUIRE_TOOL_DB(engine);
+        const QString clerk = qEnvironmentVariable("DNC_PG_CLERK_URI");
+        QVERIFY2(!clerk.isEmpty(), "DNC_PG_CLERK_URI unset: the test server has no such login");
+        ToolDbFixture db(engine);
+        QVERIFY(db.exec("DROP TABLE IF EXISTS transfer_journal, tool_usage, station_state"));
+        QVERIFY(db.exec("GRANT SELECT, INSERT, UPDATE ON tool_list TO dnc_clerk"));
+        Shop shop;
+        QProcess p;
+        QCOMPARE(shop.run(p, {"-d", clerk, "send", "PART.tap"}), 0);
+        QCOMPARE(shop.controls[0]->rxSettled(PartOnWire.size()), PartOnWire);
+        const QString err = QString::fromUtf8(p.readAllStandardError());
+        QVERIFY2(err.count("There is no journal of this run.") == 1 &&
+                     err.contains("permission denied") && !err.contains("lost"),
+                 qPrintable(err));
+        QCOMPARE(db.rows("SELECT tool, util FROM tool_list ORDER BY tool"),
+                 QStringList({"drill 8.5:1", "mill 12:1", "tap {m6,x} \\b:1"}));
+        QVERIFY(!db.exec("SELECT 1 FROM transfer_journal"));
+        QVERIFY(!QFile::exists(shop.path("state/dnc/journal-lost")));
+    }
+
     // Rows that cannot be written are kept in order and written with the next that can be;
     // beyond what is kept, the oldest go and a row says how many.
     void keptRows() {
